@@ -1,0 +1,25 @@
+# Sourced by the README commands: installs the Debian packages the build, the tests
+# and the demo need, but only when one of them is missing, so a second run does
+# not touch the network.
+KELTAB_PACKAGES=(
+    cmake g++ make pkg-config
+    qtbase5-dev qtbase5-dev-tools libqt5sql5-sqlite
+    clang libclang-rt-14-dev
+    xvfb xauth fonts-dejavu-core
+)
+
+keltab_install_deps() {
+    local missing=()
+    local pkg
+    for pkg in "${KELTAB_PACKAGES[@]}"; do
+        if ! dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q 'install ok installed'; then
+            missing+=("$pkg")
+        fi
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    echo "Installing missing packages: ${missing[*]}"
+    local sudo=()
+    [ "$(id -u)" -ne 0 ] && sudo=(sudo)
+    "${sudo[@]}" apt-get update
+    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y --no-install-recommends "${missing[@]}"
+}

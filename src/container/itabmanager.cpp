@@ -1,0 +1,4 @@
+#include "itabmanager.h"
+
+// Out of line so that the vtable is emitted (and exported) once, in the library.
+ITabManager::~ITabManager() = default;

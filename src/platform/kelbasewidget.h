@@ -1,0 +1,18 @@
+#pragma once
+
+#include "keltabcontainer_export.h"
+
+#include <QWidget>
+
+/**
+ * Frameless base widget for the library's own windows (toasts, popups).
+ * The window flags given are used with Qt::FramelessWindowHint added; the
+ * widget paints its style-sheet background (Qt::WA_StyledBackground).
+ */
+class KELTABCONTAINER_EXPORT KelBaseWidget : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit KelBaseWidget(QWidget *parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+    ~KelBaseWidget() override;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "keltabcontainer_export.h"
+
+#include <QLabel>
+
+/** The library's text label: a QLabel that always shows its text as plain text (tab titles come from web pages). */
+class KELTABCONTAINER_EXPORT KelLabel : public QLabel
+{
+    Q_OBJECT
+public:
+    explicit KelLabel(QWidget *parent = nullptr);
+    ~KelLabel() override;
+};

@@ -1,0 +1,9 @@
+#include "kelmenu.h"
+
+KelMenu::KelMenu(QWidget *parent)
+    : QMenu(parent)
+{
+    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
+}
+
+KelMenu::~KelMenu() = default;

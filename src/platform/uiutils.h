@@ -1,0 +1,18 @@
+#pragma once
+
+#include "keltabcontainer_export.h"
+
+class QWidget;
+
+/** Small helpers for widgets whose look is driven by style sheets. */
+class KELTABCONTAINER_EXPORT UIUtils
+{
+public:
+    UIUtils() = delete;
+
+    /**
+     * Re-applies the style sheet to @p widget after its object name or a dynamic
+     * property changed (unpolish, polish, update). Does nothing for a null pointer.
+     */
+    static void UpdateStyle(QWidget *widget);
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "keltabcontainer_export.h"
+#include "tabpopupproxy.h"
+
+#include <QPoint>
+
+/**
+ * The popup that follows the mouse while a tab button is dragged.
+ *
+ * After SetStartPoint() and show(), every mouse move emits SigButtonMove, except
+ * moves that stay exactly on the start point before the pointer has left it once;
+ * so a press and release without motion emits no SigButtonMove at all.
+ */
+class KELTABCONTAINER_EXPORT TabMoveProxy : public TabPopupProxy
+{
+    Q_OBJECT
+public:
+    explicit TabMoveProxy(QWidget *parent = nullptr);
+    ~TabMoveProxy() override;
+
+    /** The global cursor position at the press. */
+    void SetStartPoint(const QPoint &globalPos);
+    QPoint StartPoint() const;
+    /** True once the pointer has left the start point during this hold. */
+    bool HasMoved() const;
+
+Q_SIGNALS:
+    void SigButtonMove();
+
+protected:
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void LeftButtonReleased() override;
+
+private:
+    bool m_moved = false;
+    QPoint m_startPoint;
+};

@@ -1,0 +1,26 @@
+# Installs the library from BUILD_DIR into a fresh prefix, then configures, builds
+# and runs the consumer project against that prefix, as a host project would.
+file(REMOVE_RECURSE "${WORK_DIR}")
+set(prefix "${WORK_DIR}/prefix")
+execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${prefix}"
+    RESULT_VARIABLE rc)
+if(rc)
+    message(FATAL_ERROR "install failed: ${rc}")
+endif()
+execute_process(COMMAND "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${WORK_DIR}/build"
+    "-DCMAKE_PREFIX_PATH=${prefix}" RESULT_VARIABLE rc)
+if(rc)
+    message(FATAL_ERROR "configuring the consumer failed: ${rc}")
+endif()
+execute_process(COMMAND "${CMAKE_COMMAND}" --build "${WORK_DIR}/build" RESULT_VARIABLE rc)
+if(rc)
+    message(FATAL_ERROR "building the consumer failed: ${rc}")
+endif()
+execute_process(COMMAND "${WORK_DIR}/build/consumer" RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+message("${out}${err}")
+if(rc)
+    message(FATAL_ERROR "the consumer failed: ${rc}")
+endif()
+if(NOT out MATCHES "consumer ok")
+    message(FATAL_ERROR "the consumer did not report success")
+endif()
