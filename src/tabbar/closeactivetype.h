@@ -1,0 +1,15 @@
+#pragma once
+
+/**
+ * Which tab the classic bar (BrowserTabBar) makes current when the current tab is
+ * removed; the bar asks its virtual GetCloseType().
+ *
+ * It lives in a header of its own because hosts name it in their bar subclasses
+ * and in settings code that has no business including the whole bar.
+ */
+enum CloseActiveType {
+    /** The tab to the right; the one to the left when the removed tab was the last. */
+    CloseActiveNext = 0,
+    /** The tab to the left; none (-1) when the removed tab was the first. */
+    CloseActivePrev = 1,
+};
