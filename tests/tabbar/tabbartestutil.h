@@ -10,6 +10,8 @@
 #include "vosimagecache.h"
 
 #include <QFrame>
+#include <QGuiApplication>
+#include <QtTest>
 #include <QHash>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -133,6 +135,18 @@ public:
 private:
     QTemporaryDir m_dir;
 };
+
+/**
+ * Announces the warnings the offscreen platform prints whenever a popup (the move
+ * proxy, a menu) opens; real window systems print none.
+ */
+inline void ExpectPopupWarnings()
+{
+    if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+        return;
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+}
 
 /** Runs the deferred deletions of removed tab buttons. */
 inline void FlushDeletes()
