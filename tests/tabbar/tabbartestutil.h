@@ -111,6 +111,22 @@ inline BrowserTabButton *ButtonAt(BrowserTabBar *bar, int index)
     return index >= 0 && index < buttons.size() ? buttons.at(index) : nullptr;
 }
 
+inline QList<int> Widths(BrowserTabBar *bar)
+{
+    QList<int> widths;
+    for (BrowserTabButton *button : Buttons(bar))
+        widths << button->width();
+    return widths;
+}
+
+inline QList<int> Xs(BrowserTabBar *bar)
+{
+    QList<int> xs;
+    for (BrowserTabButton *button : Buttons(bar))
+        xs << button->x();
+    return xs;
+}
+
 inline int S(int value)
 {
     return DpiTool::ScaleDefault(value);

@@ -302,22 +302,6 @@ bool OnlyCheckedIs(BrowserTabBar *bar, int index)
     return true;
 }
 
-QList<int> Widths(BrowserTabBar *bar)
-{
-    QList<int> widths;
-    for (BrowserTabButton *button : Buttons(bar))
-        widths << button->width();
-    return widths;
-}
-
-QList<int> Xs(BrowserTabBar *bar)
-{
-    QList<int> xs;
-    for (BrowserTabButton *button : Buttons(bar))
-        xs << button->x();
-    return xs;
-}
-
 /** The placement rule for movable tabs, given the common width and the one-pixel remainder. */
 QList<int> ExpectedXs(int count, int fixedCount, int fixedWidth, int buttonWidth, int extra)
 {
