@@ -64,7 +64,21 @@ BrowserTabBar::~BrowserTabBar()
     // a synthetic leave event could reach a button after this object is gone.
     d->buttons.clear();
     d->movingButton = nullptr;
-    delete d->contentWidget;
+    if (d->menuOpen && d->menuGrave) {
+        // Destroyed by a command of its own menu: the right-clicked tab is still
+        // being delivered its press, and the menu is still inside its command.
+        // Keep both, hidden and detached, for the menu's caller to delete when the
+        // menu has returned.
+        d->contentWidget->hide();
+        d->contentWidget->setParent(nullptr);
+        d->menuGrave->append(d->contentWidget);
+        if (d->menu) {
+            d->menu->setParent(nullptr, d->menu->windowFlags());
+            d->menuGrave->append(d->menu.data());
+        }
+    } else {
+        delete d->contentWidget;
+    }
     d->contentWidget = nullptr;
 }
 
@@ -209,7 +223,10 @@ void BrowserTabBar::removeTab(int index)
     // Hidden after the re-layout, so that the tab now under the pointer gets the
     // hover at once, and hidden at all so that it does not show until deleted.
     button->hide();
-    button->deleteLater();
+    if (d->menuOpen)
+        d->parkedButtons.append(button);  // deleted when the menu has returned
+    else
+        button->deleteLater();
 
     if (lostCurrent)
         Q_EMIT currentChanged(-1);
@@ -631,12 +648,27 @@ void BrowserTabBar::SlotMenuClicked(TabDataPtr data)
 
     QPointer<BrowserTabBar> self(this);
     QPointer<KelMenu> menu = d->menu;
+    const auto grave = std::make_shared<QList<QPointer<QWidget>>>();
+    d->menuGrave = grave;
     d->menuOpen = true;
     menu->exec(QCursor::pos());
-    // A command may have deleted the bar from inside the menu's event loop.
-    if (!self)
+    // Deleting later is safe from here on: the deletions wait for the event loop
+    // that delivered the right-click, which runs after the press has been handled.
+    if (!self) {
+        // A command deleted the bar from inside the menu's event loop.
+        for (const QPointer<QWidget> &widget : qAsConst(*grave)) {
+            if (widget)
+                widget->deleteLater();
+        }
         return;
+    }
     d->menuOpen = false;
+    d->menuGrave.reset();
+    for (const QPointer<BrowserTabButton> &button : qAsConst(d->parkedButtons)) {
+        if (button)
+            button->deleteLater();
+    }
+    d->parkedButtons.clear();
     // A command may have changed the tabs, or the pointer may have left the bar.
     ResizeButtons();
 }

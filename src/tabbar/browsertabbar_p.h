@@ -5,6 +5,9 @@
 #include <QList>
 #include <QPoint>
 #include <QPointer>
+#include <QWidget>
+
+#include <memory>
 
 class BrowserTabBar;
 class BrowserTabButton;
@@ -40,4 +43,13 @@ public:
     QTimer *relayoutTimer = nullptr;  // child of the bar: dies with it, never fires into a dead bar
     bool showNewTabButton = true;     // cleared for good by HideNewTabButton()
     bool menuOpen = false;            // a menu request while the menu is open is ignored
+
+    // The menu runs inside the press handler of the tab that was right-clicked, and
+    // Qt sends that tab a context-menu event after the handler returns; the menu
+    // itself still runs code after a command's signal. Whatever a menu command
+    // removes must therefore outlive the menu: removed tabs wait here, and if the
+    // bar itself is destroyed, its strip of tabs and its menu wait in menuGrave,
+    // which the menu's caller deletes once the menu has returned.
+    QList<QPointer<BrowserTabButton>> parkedButtons;
+    std::shared_ptr<QList<QPointer<QWidget>>> menuGrave;
 };

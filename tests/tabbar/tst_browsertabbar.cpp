@@ -242,6 +242,9 @@ private Q_SLOTS:
     void menuTabRemovedWhileMenuIsOpen();
     void barDeletedFromMenuCommand();
     void secondMenuRequestWhileOpenIsIgnored();
+    void menuTabClosedByWindowRightClick();
+    void barDeletedByWindowRightClickCommand_data();
+    void barDeletedByWindowRightClickCommand();
 
     // hostile call orders
     void removeInsideCurrentChangedDuringRemove();
@@ -1262,6 +1265,95 @@ void TstBrowserTabBar::secondMenuRequestWhileOpenIsIgnored()
     QCOMPARE(shows, 1);
     QCOMPARE(closeTab.count(), 1);
     QCOMPARE(closeTab.first().first().toInt(), 0);
+}
+
+namespace {
+
+/**
+ * A bar inside a window, right-clicked through the window system path: Qt delivers
+ * the press to the widget under the pointer and, after the press handler (which runs
+ * the menu) has returned, sends that same widget a context-menu event.
+ */
+struct WindowedBar
+{
+    WindowedBar()
+    {
+        window.setGeometry(100, 100, 820, 60);
+        bar = new TestBar(&window);
+        bar->setGeometry(0, 0, 800, bar->minimumHeight());
+        for (int i = 0; i < 3; ++i)
+            bar->addTab(MakeTab(QStringLiteral("t%1").arg(i)));
+        bar->InitMenu();
+        window.show();
+    }
+
+    void RightClick(int index, int pick, const std::function<void()> &whileOpen = {})
+    {
+        QMenu *menu = MenuOf(bar);
+        QObject::connect(menu, &QMenu::aboutToShow, menu, [menu, pick, whileOpen] {
+            QMetaObject::invokeMethod(menu, [menu, pick, whileOpen] {
+                if (whileOpen)
+                    whileOpen();
+                ClickMenuItem(menu, pick);
+            }, Qt::QueuedConnection);
+        });
+        BrowserTabButton *button = ButtonAt(bar, index);
+        const QPoint at = button->mapTo(&window, QPoint(20, 16));
+        QCursor::setPos(window.mapToGlobal(at));
+        ExpectPopupWarnings();
+        QTest::mousePress(window.windowHandle(), Qt::RightButton, {}, at);
+        QTest::mouseRelease(window.windowHandle(), Qt::RightButton, {}, at);
+    }
+
+    QWidget window;
+    QPointer<TestBar> bar;
+};
+
+} // namespace
+
+void TstBrowserTabBar::menuTabClosedByWindowRightClick()
+{
+    WindowedBar host;
+    QPointer<BrowserTabButton> clicked = ButtonAt(host.bar, 1);
+    // "Close tab": the host closes the tab at once, inside the menu's event loop.
+    connect(host.bar.data(), &BrowserTabBar::tabCloseRequested, host.bar.data(), &BrowserTabBar::removeTab);
+    host.RightClick(1, 0);
+    QCOMPARE(host.bar->GetAllTabTitles(), QStringList({QStringLiteral("t0"), QStringLiteral("t2")}));
+    QCOMPARE(Xs(host.bar), QList<int>({0, 162}));
+    // The tab that took the press outlived it, hidden, and goes with the next deferred deletions.
+    QVERIFY(!clicked || clicked->isHidden());
+    FlushDeletes();
+    QVERIFY(!clicked);
+}
+
+void TstBrowserTabBar::barDeletedByWindowRightClickCommand_data()
+{
+    QTest::addColumn<bool>("deferred");
+    QTest::newRow("deleteLater") << true;
+    QTest::newRow("delete") << false;
+}
+
+void TstBrowserTabBar::barDeletedByWindowRightClickCommand()
+{
+    QFETCH(bool, deferred);
+    WindowedBar host;
+    QPointer<BrowserTabButton> clicked = ButtonAt(host.bar, 2);
+    connect(host.bar.data(), &BrowserTabBar::SigCloseLeftTab, &host.window, [&host, deferred] {
+        if (deferred)
+            host.bar->deleteLater();
+        else
+            delete host.bar.data();
+    }, Qt::DirectConnection);
+    host.RightClick(2, 3, [&host, deferred] {
+        // Deleted from inside the menu's loop, as a host's command would.
+        Q_UNUSED(host)
+        Q_UNUSED(deferred)
+    });
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!host.bar);
+    FlushDeletes();
+    QVERIFY(!clicked);
+    QVERIFY(!QApplication::activePopupWidget());
 }
 
 // --- hostile call orders --------------------------------------------------------
