@@ -130,6 +130,11 @@ private:
         } else if (path == "/huge-dimensions") {
             // A header announcing 20000 x 20000 pixels, in a few bytes.
             Send(socket, "200 OK", QByteArray("P6\n20000 20000\n255\n") + QByteArray(1000, '\x7f'));
+        } else if (path == "/announces-too-much") {
+            // Says 2 MiB up front and then stalls: the header alone must end it.
+            connect(socket, &QTcpSocket::disconnected, this, [this] { ++m_clientAborts; });
+            socket->write("HTTP/1.1 200 OK\r\nContent-Type: image/png\r\nContent-Length: "
+                + QByteArray::number(2 * OneMiB) + "\r\n\r\n" + MakePng().left(16));
         } else if (path == "/slow") {
             // Promises an icon, sends its first bytes and then nothing more.
             connect(socket, &QTcpSocket::disconnected, this, [this] { ++m_clientAborts; });
@@ -525,6 +530,7 @@ void TstVosImageCache::failedDownloadLeavesNothing_data()
     row("server error", "/error", 1);
     row("2 MiB announced", "/big", 1);
     row("2 MiB unannounced", "/big-unannounced", 1);
+    row("2 MiB announced, then stalled", "/announces-too-much", 1);
     row("one byte over 1 MiB", "/limit-plus-one", 1);
     row("not an image", "/text", 1);
     row("empty body", "/empty", 1);
