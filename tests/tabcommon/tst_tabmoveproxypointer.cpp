@@ -46,10 +46,8 @@ public:
                 Button(false);
             m_closeDisplay(m_display);
         }
-        if (m_xtst)
-            dlclose(m_xtst);
-        if (m_x11)
-            dlclose(m_x11);
+        // The libraries stay loaded: unloading them would leave the leak checker
+        // unable to name the one-time allocations they keep until exit.
     }
 
     bool IsValid() const { return m_display != nullptr; }
