@@ -1,6 +1,7 @@
 #include "browsermainnotify.h"
 
 #include <QAtomicPointer>
+#include <QCoreApplication>
 #include <QMutex>
 #include <QMutexLocker>
 
@@ -20,6 +21,10 @@ QMutex &InstanceMutex()
 BrowserMainNotify::BrowserMainNotify()
     : QObject(nullptr)
 {
+    // Whichever thread asks first, the hub belongs to the GUI thread, where the
+    // host's window connects to it; a worker thread that ends must not take it along.
+    if (QCoreApplication *app = QCoreApplication::instance())
+        moveToThread(app->thread());
 }
 
 BrowserMainNotify::~BrowserMainNotify() = default;

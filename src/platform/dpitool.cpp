@@ -21,6 +21,11 @@ double ScreenFactor()
 {
     if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
         return 1.0;
+    // A host that sets Qt::AA_Use96Dpi has its widgets and fonts laid out at 96 dpi
+    // whatever the screen says; scaling our sizes by the screen would make tabs
+    // disagree with the text inside them.
+    if (QCoreApplication::testAttribute(Qt::AA_Use96Dpi))
+        return 1.0;
     const QScreen *screen = QGuiApplication::primaryScreen();
     if (!screen)
         return 1.0;

@@ -7,8 +7,9 @@
 /**
  * Scales the library's design sizes (logical pixels at 96 dpi) to the screen.
  *
- * The factor is the primary screen's logical DPI divided by 96, unless a fixed
- * factor was set with SetScaleFactor(). Every scaled value is rounded to the
+ * The factor is the primary screen's logical DPI divided by 96 (1.0 when the
+ * application sets Qt::AA_Use96Dpi, as Qt's own widget metrics then assume 96 dpi),
+ * unless a fixed factor was set with SetScaleFactor(). Every scaled value is rounded to the
  * nearest integer, halves away from zero (qRound): at 1.5, 9 becomes 14 (13.5
  * rounds up) and -9 becomes -14. Callers scale each design value on its own
  * before adding values, so sums of scaled values may differ from the scaled sum.
@@ -31,7 +32,10 @@ public:
     /** How many image pixels one design pixel has in the resource images (2). */
     static int ImageScale();
 
-    /** @return the factor in force: the fixed one, or the primary screen's (1.0 without a screen). */
+    /**
+     * @return the factor in force: the fixed one, or the primary screen's (1.0 without
+     * a screen or with Qt::AA_Use96Dpi set).
+     */
     static double ScaleFactor();
     /**
      * Fixes the factor to @p factor; a value <= 0 returns to the screen's factor.

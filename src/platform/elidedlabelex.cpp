@@ -17,6 +17,8 @@ void ElidedLabelEx::setText(const QString &text, const QString &toolTip)
     m_fullText = text;
     setToolTip(toolTip);
     UpdateElidedText();
+    // The size hint follows the full text, which the shown text may not reflect.
+    updateGeometry();
 }
 
 QString ElidedLabelEx::FullText() const
@@ -42,6 +44,25 @@ void ElidedLabelEx::SetFontPixelSize(int pixelSize)
         return;
     f.setPixelSize(pixelSize);
     setFont(f);
+}
+
+QSize ElidedLabelEx::sizeHint() const
+{
+    // QLabel measures the shown text; once elided, a layout would never give the
+    // label its room back. Measure the full text instead.
+    QSize hint = QLabel::sizeHint();
+    const int chrome = width() - contentsRect().width() + 2 * margin();
+    hint.setWidth(chrome + fontMetrics().horizontalAdvance(m_fullText));
+    return hint;
+}
+
+QSize ElidedLabelEx::minimumSizeHint() const
+{
+    // A plain QLabel's minimum is its whole text, which would keep a layout from
+    // ever making the label narrow enough to elide.
+    QSize hint = QLabel::minimumSizeHint();
+    hint.setWidth(width() - contentsRect().width() + 2 * margin());
+    return hint;
 }
 
 void ElidedLabelEx::resizeEvent(QResizeEvent *event)

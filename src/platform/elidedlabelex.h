@@ -8,7 +8,8 @@
  * A one-line plain-text label that elides its text on the right to fit its width.
  *
  * FullText() keeps the text as given; text() is what is shown. The tool tip is the
- * one passed to setText(), never the elided text.
+ * one passed to setText(), never the elided text. In a layout the label asks for the
+ * width of its whole text but accepts any width.
  */
 class KELTABCONTAINER_EXPORT ElidedLabelEx : public QLabel
 {
@@ -26,6 +27,11 @@ public:
     void SetFontFamily(const QString &family);
     /** Sets the font size in pixels; a value <= 0 is ignored. */
     void SetFontPixelSize(int pixelSize);
+
+    /** Wide enough for the whole text, so that a layout gives it room to show it unelided. */
+    QSize sizeHint() const override;
+    /** No width of its own: in a layout the label may shrink to anything and elides to fit. */
+    QSize minimumSizeHint() const override;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

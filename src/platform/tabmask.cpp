@@ -23,6 +23,9 @@ void TabMask::SetMaskWidget(QWidget *widget, bool blockInput, bool dimmed, Qt::A
 {
     if (m_widget && m_widget != widget) {
         m_layout->removeWidget(m_widget);
+        // Deleted later, as the caller may be inside one of its slots; hidden now, so that
+        // it is never painted next to its successor.
+        m_widget->hide();
         m_widget->deleteLater();
         m_widget = nullptr;
     }
@@ -35,7 +38,8 @@ void TabMask::SetMaskWidget(QWidget *widget, bool blockInput, bool dimmed, Qt::A
     }
     m_widget = widget;
     m_dimmed = dimmed;
-    // Without blocking, only the child widget takes the mouse; the mask itself lets events through.
+    // Without blocking, the mask and, as Qt skips a mouse-transparent widget's children
+    // when it picks the receiver, the widget in it let every event through to the page.
     setAttribute(Qt::WA_TransparentForMouseEvents, !blockInput);
     update();
 }

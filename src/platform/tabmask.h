@@ -2,6 +2,7 @@
 
 #include "keltabcontainer_export.h"
 
+#include <QPointer>
 #include <QWidget>
 
 class QGridLayout;
@@ -22,9 +23,13 @@ public:
 
     /**
      * Shows @p widget in the mask, aligned by @p alignment; it replaces, and deletes,
-     * the widget shown before (a null @p widget only removes the old one).
-     * @param blockInput true: the mask takes every mouse event, so the page under it
-     *        cannot be used; false: clicks outside @p widget reach the page.
+     * the widget shown before (a null @p widget only removes the old one). The mask
+     * forgets a widget that the host deletes itself.
+     * @param blockInput true: the mask takes every mouse event outside @p widget, so the
+     *        page under it cannot be used, and @p widget gets its own clicks; false: the
+     *        mask and @p widget let every mouse event through to the page (for a spinner
+     *        or a notice that needs no clicks). Qt hides a mouse-transparent widget's
+     *        children from the mouse too, so a widget that must be clicked needs true.
      * @param dimmed true: the page is darkened behind the widget; false: the mask is clear.
      */
     void SetMaskWidget(QWidget *widget, bool blockInput, bool dimmed, Qt::Alignment alignment);
@@ -40,6 +45,6 @@ protected:
 
 private:
     QGridLayout *m_layout;
-    QWidget *m_widget = nullptr;
+    QPointer<QWidget> m_widget;
     bool m_dimmed = false;
 };

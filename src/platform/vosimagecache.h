@@ -5,16 +5,29 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+
 /**
  * Process-wide cache that turns a tab's icon address into a local image file.
  *
- * RequestImage() always answers with SigRequestImageFinished, and always after it
- * has returned (never from inside the call), so a receiver connected after the call
- * still hears the answer:
- * - an existing local path, or a file: URL of an existing file, resolves to itself;
+ * RequestImage() always answers with SigRequestImageFinished, once per call and always
+ * after it has returned (never from inside the call), so a receiver connected after the
+ * call still hears the answer:
+ * - an existing local path (absolute), or a file: URL of an existing file, resolves to
+ *   itself;
  * - a resource path (":/...") is written once into the cache directory and that file
  *   is returned;
+ * - an http or https URL is downloaded into the cache directory, or answered from the
+ *   copy already there. A download fails, and leaves nothing in the cache, when the
+ *   server answers with an error, sends more than MaxImageBytes, takes longer than
+ *   TimeoutMs() in all, redirects more than MaxRedirects times or to anything but http
+ *   or https, or sends bytes that do not decode as an image of at most
+ *   MaxImageDimension pixels a side;
  * - any other address fails.
+ *
+ * Files in the cache are named from a hash of the address, never from its text, and are
+ * written atomically, so a half-written icon is never served. Failures are normal for
+ * icons and are reported only through the signal, never as warnings.
  *
  * GUI thread only.
  */
@@ -22,24 +35,56 @@ class KELTABCONTAINER_EXPORT VosImageCache : public QObject
 {
     Q_OBJECT
 public:
+    /** Largest icon body accepted from the network, in bytes (1 MiB). */
+    static constexpr qint64 MaxImageBytes = 1024 * 1024;
+    /** Largest width or height of a downloaded icon, in pixels. */
+    static constexpr int MaxImageDimension = 2048;
+    /** Most redirects followed for one download. */
+    static constexpr int MaxRedirects = 5;
+    /** Longest address accepted, in characters. */
+    static constexpr int MaxUrlLength = 8192;
+    /** Default time a download may take, redirects included, in milliseconds. */
+    static constexpr int DefaultTimeoutMs = 15000;
+
+    /** The instance, created on first use with the default directory and timeout. */
     static VosImageCache *Instance();
-    /** Destroys the instance; requests in flight are dropped without an answer. */
+    /**
+     * Destroys the instance. Downloads in flight are aborted and requests not yet
+     * answered are dropped: no SigRequestImageFinished follows. The next Instance()
+     * starts afresh with the defaults.
+     */
     static void ReleaseInstance();
 
     /**
-     * Asks for the local file of @p url.
-     * @param forceRefresh true: ignore a cached copy and fetch it again.
+     * Asks for the local file of @p url; the answer comes as SigRequestImageFinished.
+     * Requests for an address whose download is already in flight share that download,
+     * and each of them gets its own answer.
+     * @param url the address, compared and reported exactly as given.
+     * @param forceRefresh true: ignore a cached copy and fetch or copy it again.
      */
     void RequestImage(const QString &url, bool forceRefresh);
 
-    /** Where copies are kept; missing folders are created on first use. */
+    /**
+     * Where copies are kept; missing folders are created on first use. An empty
+     * @p directory restores the default, a folder under QStandardPaths::CacheLocation.
+     * Downloads already in flight keep the folder they started with.
+     */
     void SetCacheDirectory(const QString &directory);
     QString CacheDirectory() const;
 
+    /**
+     * How long one download may take in all, redirects included, before it fails.
+     * @p ms of 0 or less restores DefaultTimeoutMs. Applies to downloads started later.
+     */
+    void SetTimeoutMs(int ms);
+    int TimeoutMs() const;
+
 Q_SIGNALS:
     /**
-     * The answer to RequestImage(): @p url exactly as asked, and on success the local
-     * file's path. @note Never emitted from inside RequestImage().
+     * The answer to one RequestImage() call: @p url exactly as asked, and on success the
+     * local file's path (empty on failure).
+     * @note Never emitted from inside RequestImage(), and never after ReleaseInstance()
+     * for requests made before it.
      */
     void SigRequestImageFinished(bool success, const QString &url, const QString &localPath);
 
@@ -48,5 +93,5 @@ private:
     ~VosImageCache() override;
 
     class Private;
-    Private *const d;
+    const std::unique_ptr<Private> d;
 };

@@ -19,7 +19,7 @@ public:
     explicit TabMoveProxy(QWidget *parent = nullptr);
     ~TabMoveProxy() override;
 
-    /** The global cursor position at the press. */
+    /** The global cursor position at the press; begins a new hold, so HasMoved() is false again. */
     void SetStartPoint(const QPoint &globalPos);
     QPoint StartPoint() const;
     /** True once the pointer has left the start point during this hold. */
