@@ -263,8 +263,13 @@ void BrowserTabBar::setCurrentIndex(int index)
     if (index == d->currentIndex)
         return;
     d->currentIndex = index;
-    for (int i = 0; i < d->buttons.size(); ++i)
-        d->buttons.at(i)->SetChecked(i == index);
+    // Only buttons whose state changes are restyled: the others would show exactly
+    // what they show now, and restyling hundreds of them would dominate a switch.
+    for (int i = 0; i < d->buttons.size(); ++i) {
+        BrowserTabButton *button = d->buttons.at(i);
+        if (button->IsChecked() != (i == index))
+            button->SetChecked(i == index);
+    }
     // The current tab's overlapping edges lie on top of its neighbours'.
     for (int i = 0; i < d->buttons.size(); ++i) {
         if (i != index)
@@ -509,6 +514,16 @@ void BrowserTabBar::ComputeButtonWidth(int available)
 
 void BrowserTabBar::SizeButtons()
 {
+    // Unchecked tabs show their close button by the common width, not their own:
+    // when the common width crosses that limit, tabs whose own size stays the same
+    // (and so get no resize event) must look again.
+    const bool closeButtons = d->buttonWidth > NoCloseButtonWidth();
+    if (closeButtons != d->closeButtonsShown) {
+        d->closeButtonsShown = closeButtons;
+        for (BrowserTabButton *button : qAsConst(d->buttons))
+            button->UpdateCloseButton();
+    }
+
     const int fixedCount = FixedCount();
     const int height = ButtonHeight();
     const int n = d->buttons.size();

@@ -30,6 +30,7 @@ public:
     int menuIndex = -1;          // the tab whose menu is (or was last) open
     int buttonWidth = 0;
     int extraPixels = 0;         // movable tabs, from the first, that are one pixel wider
+    bool closeButtonsShown = false; // buttonWidth was above NoCloseButtonWidth at the last sizing
     QPoint pressOffset;          // x: tab x minus pointer x at the press; y: tab y
     QPointer<KelMenu> menu;
     ITabManager *tabManager = nullptr;

@@ -296,13 +296,16 @@ void BrowserTabButton::UpdateIcon()
     d->loadingLabel->setVisible(d->loading);
     if (d->loading)
         return;
-    if (!d->iconPath.isEmpty()) {
-        d->icon->setObjectName(QStringLiteral("TabButtonIconCustom"));
-        d->icon->setIcon(QIcon(d->iconPath));
-    } else {
-        d->icon->setObjectName(QStringLiteral("TabButtonIconDefault"));
-        d->icon->setIcon(QIcon());
-    }
+    // Every resize lays the button out again and comes here: restyle and reload
+    // only when the icon really changed.
+    const QString name = d->iconPath.isEmpty() ? QStringLiteral("TabButtonIconDefault")
+                                               : QStringLiteral("TabButtonIconCustom");
+    if (d->iconShown && name == d->icon->objectName() && d->shownIconPath == d->iconPath)
+        return;
+    d->iconShown = true;
+    d->shownIconPath = d->iconPath;
+    d->icon->setObjectName(name);
+    d->icon->setIcon(d->iconPath.isEmpty() ? QIcon() : QIcon(d->iconPath));
     UIUtils::UpdateStyle(d->icon);
 }
 

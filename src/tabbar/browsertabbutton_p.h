@@ -32,6 +32,9 @@ public:
     TabDataPtr tabData;
     QString requestedIconUrl;
     QString iconPath;
+    // What the icon button shows, so that a layout pass does not restyle it again.
+    bool iconShown = false;
+    QString shownIconPath;
     // The pending icon request; only the answer to the last URL asked for counts.
     QMetaObject::Connection iconConnection;
 };

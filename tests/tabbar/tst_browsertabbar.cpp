@@ -199,6 +199,7 @@ private Q_SLOTS:
     void singleTabIsFollowedByNewTabButton();
     void squeezedTabsPutNewTabButtonAtRightEnd();
     void tinyBarKeepsMaxWidth();
+    void closeButtonsFollowCommonWidthWithoutResize();
     void closeMiddleByMouseKeepsWidthsUntilLeave();
     void leaveInsideTheBarStartsNoTimer();
     void closeLastByMouseFitsTheStripAtOnce();
@@ -657,6 +658,25 @@ void TstBrowserTabBar::tinyBarKeepsMaxWidth()
     QCOMPARE(Xs(bar.get()), QList<int>({0, 162, 324}));
     bar->ComputeButtonWidth(30);
     QCOMPARE(bar->ButtonWidth(), 164);
+}
+
+void TstBrowserTabBar::closeButtonsFollowCommonWidthWithoutResize()
+{
+    // 292 leaves 260 for three tabs: 88 wide, two of them one pixel more (89, 89, 88).
+    auto bar = MakeBar(292, 3);
+    QCOMPARE(bar->ButtonWidth(), 88);
+    QCOMPARE(Widths(bar.get()), QList<int>({89, 89, 88}));
+    for (BrowserTabButton *button : Buttons(bar.get()))
+        QVERIFY(CloseButtonOf(button)->isHidden());
+    // 293: 89 each. The first two keep their size, yet the common width now shows
+    // close buttons on every tab.
+    bar->resize(293, bar->height());
+    QCOMPARE(Widths(bar.get()), QList<int>({89, 89, 89}));
+    for (BrowserTabButton *button : Buttons(bar.get()))
+        QVERIFY(!CloseButtonOf(button)->isHidden());
+    bar->resize(292, bar->height());
+    for (BrowserTabButton *button : Buttons(bar.get()))
+        QVERIFY(CloseButtonOf(button)->isHidden());
 }
 
 void TstBrowserTabBar::closeMiddleByMouseKeepsWidthsUntilLeave()
