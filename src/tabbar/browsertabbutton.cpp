@@ -30,6 +30,14 @@ QString LoadingImage()
     return QStringLiteral(":/images/tab_bar/tab_button_loading.png");
 }
 
+// A widget that has never been polished gets its style when it is first shown, by
+// its name at that time; polishing it before then is work done twice.
+void Restyle(QWidget *widget)
+{
+    if (widget->testAttribute(Qt::WA_WState_Polished))
+        UIUtils::UpdateStyle(widget);
+}
+
 } // namespace
 
 BrowserTabButton::BrowserTabButton(TabDataPtr tabData, const QString &iconPath, bool loading,
@@ -195,11 +203,11 @@ void BrowserTabButton::SetStyleName(const QString &name)
     // background is painted, not styled.
     setObjectName(name);
     if (d->tabData->IsHomePage()) {
-        UIUtils::UpdateStyle(d->homePage);
+        Restyle(d->homePage);
     } else {
-        UIUtils::UpdateStyle(d->title);
-        UIUtils::UpdateStyle(d->closeButton);
-        UIUtils::UpdateStyle(d->icon);
+        Restyle(d->title);
+        Restyle(d->closeButton);
+        Restyle(d->icon);
     }
     update();
 }
@@ -306,7 +314,7 @@ void BrowserTabButton::UpdateIcon()
     d->shownIconPath = d->iconPath;
     d->icon->setObjectName(name);
     d->icon->setIcon(d->iconPath.isEmpty() ? QIcon() : QIcon(d->iconPath));
-    UIUtils::UpdateStyle(d->icon);
+    Restyle(d->icon);
 }
 
 void BrowserTabButton::UpdateLayoutOnly()
