@@ -93,8 +93,11 @@ namespace TabTest {
 
 inline TabDataPtr MakeTab(TabData::TabType type, const QString &title, const QString &id = QString())
 {
+    // Records are equal when their type and data are; every test tab gets data of its own.
+    static int serial = 0;
     TabDataPtr tab(new TabData);
     tab->SetTabType(type);
+    tab->SetData(QStringLiteral("tab-%1").arg(++serial));
     tab->SetTitle(title);
     if (!id.isEmpty())
         tab->SetId(id);

@@ -1,0 +1,4 @@
+#include "keltabtest.h"
+class Tst : public QObject { Q_OBJECT };
+KELTAB_TEST_MAIN(Tst)
+#include "tst_browsertabarrowex.moc"
