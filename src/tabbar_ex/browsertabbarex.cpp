@@ -747,6 +747,8 @@ void BrowserTabBarEx::wheelEvent(QWheelEvent *event)
         SlotLeftArrowClicked();
     else
         SlotRightArrowClicked();
+    // Consumed: a scrolling parent must not scroll as well.
+    event->accept();
 }
 
 void BrowserTabBarEx::showIndex(int index)

@@ -255,6 +255,11 @@ protected:
 
     void resizeEvent(QResizeEvent *event) override;
     void leaveEvent(QEvent *event) override;
+    /**
+     * In overflow, one scroll step: towards the end for a turn towards the user (or
+     * none), towards the start otherwise; the event is accepted. Without overflow the
+     * event is left alone for the parent.
+     */
     void wheelEvent(QWheelEvent *event) override;
 
 private:
