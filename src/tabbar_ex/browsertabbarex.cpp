@@ -158,7 +158,9 @@ BrowserTabButtonEx *BrowserTabBarEx::CreateTabButton(TabDataPtr tab, const QStri
     // The parent follows the number of tabs, not the insertion index: the first
     // FixedTabCount() buttons ever present are the fixed ones.
     QWidget *parent = d->buttons.size() < qMax(0, FixedTabCount()) ? d->fixedArea : d->contentStrip;
-    auto *button = new BrowserTabButtonEx(tab, iconPath, loading, this, parent);
+    // Its inner widgets are made once a layout shows it (UpdateButtonForms()).
+    auto *button = new BrowserTabButtonEx(tab, iconPath, loading, this, parent,
+                                          BrowserTabButtonEx::FormMode::Deferred);
     connect(button, &BrowserTabButtonEx::SigHoverChanged, this, &BrowserTabBarEx::SlotHoverChanged);
     connect(button, &BrowserTabButtonEx::SigChangeClicked, this, &BrowserTabBarEx::SlotChangeClicked);
     connect(button, &BrowserTabButtonEx::SigCloseClicked, this, &BrowserTabBarEx::SlotCloseClicked);
@@ -501,6 +503,33 @@ void BrowserTabBarEx::ResetButtons()
     }
     SetContentWidth();
     ResetSeparator();
+    UpdateButtonForms();
+}
+
+// A strip of hundreds of tabs shows a dozen: only buttons in or near the viewport hold
+// their inner widgets. A button gets them once it is within one minimum tab width of
+// the visible part and gives them up once it is a whole viewport away, so that scrolling
+// to and fro near the edge does not make and destroy them again and again.
+void BrowserTabBarEx::UpdateButtonForms()
+{
+    const int viewportWidth = d->viewport->width();
+    const int visibleLeft = -d->scrollOffset;
+    const int visibleRight = visibleLeft + viewportWidth;
+    const int createMargin = MinButtonWidth();
+    const int releaseMargin = qMax(viewportWidth, createMargin);
+    for (BrowserTabButtonEx *button : qAsConst(d->buttons)) {
+        // Fixed tabs and a dragged one always keep theirs.
+        if (button->parentWidget() != d->contentStrip || button->IsPressed()) {
+            button->CreateForm();
+            continue;
+        }
+        const int left = button->x();
+        const int right = left + button->width();
+        if (right > visibleLeft - createMargin && left < visibleRight + createMargin)
+            button->CreateForm();
+        else if (right <= visibleLeft - releaseMargin || left >= visibleRight + releaseMargin)
+            button->ReleaseForm();
+    }
 }
 
 void BrowserTabBarEx::SetContentWidth()
@@ -671,6 +700,7 @@ void BrowserTabBarEx::SlotArrowTimeout()
     }
     TabBarExGeometry::Move(d->contentStrip, QPoint(d->scrollOffset, 0));
     UpdateArrowState();
+    UpdateButtonForms();
     if (d->pressedButton)
         SortButtons();
 }

@@ -272,6 +272,7 @@ private:
     void CheckAreaOffset();
     void StartArrowTimer();
     void UpdateArrowState();
+    void UpdateButtonForms();
     int MinOffset() const;
     int ScrollStep() const;
 

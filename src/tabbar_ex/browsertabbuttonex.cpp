@@ -51,8 +51,8 @@ int S(int value)
 
 } // namespace
 
-// The button's child widgets, all owned through Qt parenthood; the struct itself is
-// owned by the button.
+// The button's inner widgets, all owned through Qt parenthood (the content frame is
+// their parent); the struct itself is owned by the button.
 struct BrowserTabButtonEx::Form
 {
     QFrame *content = nullptr;
@@ -61,15 +61,8 @@ struct BrowserTabButtonEx::Form
     KelPushButton *close = nullptr;
     QPushButton *icon = nullptr;
 
-    void Setup(BrowserTabButtonEx *button)
+    void Create(BrowserTabButtonEx *button)
     {
-        if (button->objectName().isEmpty())
-            button->setObjectName(kNameButton);
-        button->resize(224, 32);
-        button->setFocusPolicy(Qt::NoFocus);
-        button->setContextMenuPolicy(Qt::NoContextMenu);
-        button->setLineWidth(0);
-
         content = new QFrame(button);
         content->setObjectName(kNameContent);
         content->setGeometry(0, 8, 224, 16);
@@ -106,14 +99,34 @@ struct BrowserTabButtonEx::Form
 
 BrowserTabButtonEx::BrowserTabButtonEx(TabDataPtr tabData, const QString &iconPath, bool loading,
                                        BrowserTabBarEx *bar, QWidget *parent)
+    : BrowserTabButtonEx(std::move(tabData), iconPath, loading, bar, parent, FormMode::Created)
+{
+}
+
+BrowserTabButtonEx::BrowserTabButtonEx(TabDataPtr tabData, const QString &iconPath, bool loading,
+                                       BrowserTabBarEx *bar, QWidget *parent, FormMode mode)
     : QFrame(parent)
     , m_loading(loading)
-    , m_form(new Form)
     , m_bar(bar)
     , m_tabData(std::move(tabData))
     , m_iconPath(iconPath)
+    , m_iconName(QStringLiteral("TabButtonIconEx"))
 {
-    m_form->Setup(this);
+    Init(mode);
+}
+
+BrowserTabButtonEx::~BrowserTabButtonEx() = default;
+
+void BrowserTabButtonEx::Init(FormMode mode)
+{
+    if (objectName().isEmpty())
+        setObjectName(kNameButton);
+    resize(224, 32);
+    setFocusPolicy(Qt::NoFocus);
+    setContextMenuPolicy(Qt::NoContextMenu);
+    setLineWidth(0);
+    if (mode == FormMode::Created)
+        CreateForm();
 
     SetStyleName(BackStyleName());
     UpdateIcon();
@@ -122,8 +135,6 @@ BrowserTabButtonEx::BrowserTabButtonEx(TabDataPtr tabData, const QString &iconPa
 
     InitButton();
 }
-
-BrowserTabButtonEx::~BrowserTabButtonEx() = default;
 
 void BrowserTabButtonEx::InitButton()
 {
@@ -136,14 +147,10 @@ void BrowserTabButtonEx::InitButton()
 
     if (IsHomePage()) {
         SetIconLook(kNameIconHome, QString(), QString(), false);
-        m_form->loading->hide();
+        SetIconVisibility(m_iconShown, false);
     } else {
-        connect(m_form->close, &QPushButton::clicked, this, &BrowserTabButtonEx::SlotCloseClicked);
-        connect(m_form->icon, &QPushButton::clicked, this, &BrowserTabButtonEx::SlotIconClicked);
-        m_form->loading->SetImage(QString::fromLatin1(kLoadingImage));
-        m_form->loading->hide();
-        if (m_loading)
-            m_form->loading->StartAnimation(kLoadingIntervalMs);
+        // The indicator turns from CreateForm() on when the tab is loading.
+        SetIconVisibility(m_iconShown, false);
     }
 
     ChooseIconSource();
@@ -152,6 +159,52 @@ void BrowserTabButtonEx::InitButton()
     UpdateLayout();
     UpdateCloseButton();
     show();
+}
+
+bool BrowserTabButtonEx::HasForm() const
+{
+    return m_form != nullptr;
+}
+
+void BrowserTabButtonEx::CreateForm()
+{
+    if (m_form)
+        return;
+    m_form.reset(new Form);
+    m_form->Create(this);
+    Form &form = *m_form;
+
+    if (!IsHomePage()) {
+        connect(form.close, &QPushButton::clicked, this, &BrowserTabButtonEx::SlotCloseClicked);
+        connect(form.icon, &QPushButton::clicked, this, &BrowserTabButtonEx::SlotIconClicked);
+        form.loading->SetImage(QString::fromLatin1(kLoadingImage));
+        if (m_loading)
+            form.loading->StartAnimation(kLoadingIntervalMs);
+    }
+
+    // Everything that happened while the widgets did not exist.
+    form.content->setObjectName(m_separatorShown ? kNameContentWithSep : kNameContentNoSep);
+    form.icon->setVisible(m_iconShown);
+    form.loading->setVisible(m_loadingShown);
+    form.close->setVisible(m_closeShown);
+    m_shownIconFile.clear();
+    ApplyIconLook();
+    ApplyFont();
+    UpdateLayout();
+    form.content->show();
+}
+
+void BrowserTabButtonEx::ReleaseForm()
+{
+    if (!m_form)
+        return;
+    QFrame *content = m_form->content;
+    m_form->loading->StopAnimation();
+    m_form.reset();
+    m_shownIconFile.clear();
+    // Later, not now: one of the widgets may be delivering the event that led here.
+    content->hide();
+    content->deleteLater();
 }
 
 void BrowserTabButtonEx::ChooseIconSource()
@@ -174,6 +227,8 @@ void BrowserTabButtonEx::ReloadIcon()
 
 void BrowserTabButtonEx::ApplyFont()
 {
+    if (!m_form)
+        return;
     m_form->title->SetFontFamily(QString::fromLatin1(kTitleFontFamily));
     m_form->title->SetFontPixelSize(S(kTitlePixelSize));
 }
@@ -200,9 +255,11 @@ void BrowserTabButtonEx::SetStyleName(const QString &name)
     setObjectName(name);
     // Children's rules may depend on the button's name, so they are re-polished with it.
     TabBarExGeometry::Repolish(this);
-    TabBarExGeometry::Repolish(m_form->title);
-    TabBarExGeometry::Repolish(m_form->close);
-    TabBarExGeometry::Repolish(m_form->icon);
+    if (m_form) {
+        TabBarExGeometry::Repolish(m_form->title);
+        TabBarExGeometry::Repolish(m_form->close);
+        TabBarExGeometry::Repolish(m_form->icon);
+    }
     update();
 }
 
@@ -294,40 +351,53 @@ void BrowserTabButtonEx::SetReleased()
 
 void BrowserTabButtonEx::SetSeparatorVisible(bool visible)
 {
-    const QString &name = (visible && !m_checked && !m_hovered) ? kNameContentWithSep : kNameContentNoSep;
-    if (m_form->content->objectName() == name)
+    const bool shown = visible && !m_checked && !m_hovered;
+    if (shown == m_separatorShown)
         return;
-    m_form->content->setObjectName(name);
+    m_separatorShown = shown;
+    if (!m_form)
+        return;
+    m_form->content->setObjectName(shown ? kNameContentWithSep : kNameContentNoSep);
     TabBarExGeometry::Repolish(m_form->content);
 }
 
 bool BrowserTabButtonEx::IsSeparatorVisible() const
 {
-    return m_form->content->objectName() == kNameContentWithSep;
+    return m_separatorShown;
 }
 
 void BrowserTabButtonEx::LoadStart()
 {
     m_loading = true;
     // The home tab keeps its icon while loading; a hidden indicator need not turn.
-    if (!IsHomePage())
+    if (m_form && !IsHomePage())
         m_form->loading->StartAnimation(kLoadingIntervalMs);
     if (!m_bar)
         return;
-    if (IsHomePage()) {
-        m_form->icon->show();
-        m_form->loading->hide();
-    } else {
-        m_form->icon->hide();
-        m_form->loading->show();
-    }
+    if (IsHomePage())
+        SetIconVisibility(true, false);
+    else
+        SetIconVisibility(false, true);
 }
 
 void BrowserTabButtonEx::LoadFinished()
 {
     m_loading = false;
-    m_form->loading->StopAnimation();
+    if (m_form)
+        m_form->loading->StopAnimation();
     UpdateIcon();
+}
+
+void BrowserTabButtonEx::SetIconVisibility(bool iconShown, bool loadingShown)
+{
+    m_iconShown = iconShown;
+    m_loadingShown = loadingShown;
+    if (!m_form)
+        return;
+    if (m_form->icon->isHidden() == iconShown)
+        m_form->icon->setVisible(iconShown);
+    if (m_form->loading->isHidden() == loadingShown)
+        m_form->loading->setVisible(loadingShown);
 }
 
 void BrowserTabButtonEx::UpdateIcon()
@@ -335,12 +405,10 @@ void BrowserTabButtonEx::UpdateIcon()
     if (!m_bar)
         return;
     if (IsHomePage()) {
-        m_form->icon->show();
-        m_form->loading->hide();
+        SetIconVisibility(true, false);
         return;
     }
-    m_form->icon->setVisible(!m_loading);
-    m_form->loading->setVisible(m_loading);
+    SetIconVisibility(!m_loading, m_loading);
     if (m_loading)
         return;
     if (m_tabData && (m_tabData->IsPlugin() || m_tabData->IsWeb() || m_tabData->IsWebPopup()))
@@ -370,34 +438,47 @@ void BrowserTabButtonEx::ShowDefaultIcon()
         SetIconLook(kNameIconDefault, QString(), QString(), false);
 }
 
-// Applies one icon look. Each part is touched only when it changes: the bar asks every
-// button to update its icon on every change of the current tab, and with hundreds of
-// tabs a re-polish or an icon load per button per change would dominate.
 void BrowserTabButtonEx::SetIconLook(const QString &name, const QString &styleSheet, const QString &iconFile,
                                      bool takesMouse)
 {
+    m_iconName = name;
+    m_iconStyleSheet = styleSheet;
+    m_iconFile = iconFile;
+    m_iconTakesMouse = takesMouse;
+    ApplyIconLook();
+}
+
+// Each part is touched only when it changes: the bar asks buttons to update their icon
+// on every change of the current tab, and with hundreds of tabs a re-polish or an icon
+// load per button per change would dominate.
+void BrowserTabButtonEx::ApplyIconLook()
+{
+    if (!m_form)
+        return;
     QPushButton *icon = m_form->icon;
-    icon->setAttribute(Qt::WA_TransparentForMouseEvents, !takesMouse);
+    icon->setAttribute(Qt::WA_TransparentForMouseEvents, !m_iconTakesMouse);
     if (!icon->testAttribute(Qt::WA_SetCursor))
         icon->setCursor(Qt::ArrowCursor);
 
-    if (iconFile != m_shownIconFile || (iconFile.isEmpty() && !icon->icon().isNull())) {
-        icon->setIcon(iconFile.isEmpty() ? QIcon() : QIcon(iconFile));
-        m_shownIconFile = iconFile;
+    if (m_iconFile != m_shownIconFile || (m_iconFile.isEmpty() && !icon->icon().isNull())) {
+        icon->setIcon(m_iconFile.isEmpty() ? QIcon() : QIcon(m_iconFile));
+        m_shownIconFile = m_iconFile;
     }
 
-    const bool renamed = icon->objectName() != name;
+    const bool renamed = icon->objectName() != m_iconName;
     if (renamed)
-        icon->setObjectName(name);
-    if (icon->styleSheet() != styleSheet)
-        icon->setStyleSheet(styleSheet); // re-polishes by itself, under the new name
+        icon->setObjectName(m_iconName);
+    if (icon->styleSheet() != m_iconStyleSheet)
+        icon->setStyleSheet(m_iconStyleSheet); // re-polishes by itself, under the new name
     else if (renamed)
         TabBarExGeometry::Repolish(icon);
 }
 
 QPoint BrowserTabButtonEx::GetIconGlobalPos() const
 {
-    return mapToGlobal(m_form->icon->pos() + DpiTool::ScaleDefault(QPoint(12, 8)));
+    // The icon lies at the content frame's origin, made or not.
+    const QPoint iconPos = m_form ? m_form->icon->pos() : QPoint(0, 0);
+    return mapToGlobal(iconPos + DpiTool::ScaleDefault(QPoint(12, 8)));
 }
 
 TabDataPtr BrowserTabButtonEx::GetTabData() const
@@ -427,7 +508,7 @@ bool BrowserTabButtonEx::IsHovered() const
 
 void BrowserTabButtonEx::UpdateLayout()
 {
-    if (m_tabData) {
+    if (m_tabData && m_form) {
         const int contentWidth = qMax(0, width() - S(kContentLeft));
         TabBarExGeometry::SetFixedSize(m_form->content, QSize(contentWidth, S(kContentHeight)));
         TabBarExGeometry::Move(m_form->content, QPoint(S(kContentLeft), S(kContentTop)));
@@ -448,9 +529,10 @@ void BrowserTabButtonEx::UpdateLayout()
 
 void BrowserTabButtonEx::UpdateTextGeometry()
 {
-    // isHidden(), not isVisible(): the answer must not depend on whether the bar is on screen.
+    if (!m_form)
+        return;
     int textWidth = m_form->content->width() - S(kIconTextGap) - S(kIconSize) - S(kCloseRightMargin);
-    if (!m_form->close->isHidden())
+    if (m_closeShown)
         textWidth -= S(kIconSize);
     TabBarExGeometry::SetFixedSize(m_form->title, QSize(qMax(0, textWidth), S(kContentHeight)));
     TabBarExGeometry::Move(m_form->title, QPoint(S(kIconTextGap) + S(kIconSize), 0));
@@ -458,20 +540,20 @@ void BrowserTabButtonEx::UpdateTextGeometry()
 
 void BrowserTabButtonEx::UpdateTitle()
 {
-    m_form->title->setText(m_tabData ? m_tabData->GetTitle() : QString(), QString());
+    if (m_form)
+        m_form->title->setText(m_tabData ? m_tabData->GetTitle() : QString(), QString());
 }
 
 void BrowserTabButtonEx::UpdateCloseButton()
 {
-    bool visible;
     if (IsHomePage())
-        visible = false;
+        m_closeShown = false;
     else if (m_checked)
-        visible = true;
+        m_closeShown = true;
     else
-        visible = width() > (m_bar ? m_bar->NoCloseButtonWidth() : DpiTool::ScaleDefault(112));
-    if (m_form->close->isHidden() == visible)
-        m_form->close->setVisible(visible);
+        m_closeShown = width() > (m_bar ? m_bar->NoCloseButtonWidth() : DpiTool::ScaleDefault(112));
+    if (m_form && m_form->close->isHidden() == m_closeShown)
+        m_form->close->setVisible(m_closeShown);
     UpdateTextGeometry();
 }
 

@@ -118,9 +118,21 @@ protected:
 private:
     friend class BrowserTabBarEx;
     struct Form;
+    enum class FormMode { Created, Deferred };
 
+    // For the bar: a button whose inner widgets wait until it comes into view.
+    BrowserTabButtonEx(TabDataPtr tabData, const QString &iconPath, bool loading, BrowserTabBarEx *bar,
+                       QWidget *parent, FormMode mode);
+    void Init(FormMode mode);
     // The bar is going away: from now on the button asks it nothing.
     void DetachFromBar();
+    // The inner widgets (content frame, icon, loading indicator, title, close button)
+    // exist only while the bar shows the button: a strip of hundreds of tabs keeps
+    // one widget per tab, not six. Every state change is kept in the fields below
+    // and applied when the widgets are made.
+    bool HasForm() const;
+    void CreateForm();
+    void ReleaseForm();
 
     void InitButton();
     void SetStyleName(const QString &name);
@@ -132,6 +144,8 @@ private:
     void ShowCustomIcon();
     void ShowDefaultIcon();
     void SetIconLook(const QString &name, const QString &styleSheet, const QString &iconFile, bool takesMouse);
+    void ApplyIconLook();
+    void SetIconVisibility(bool iconShown, bool loadingShown);
     void ChooseIconSource();
     bool IsHomePage() const;
 
@@ -145,6 +159,16 @@ private:
     TabDataPtr m_tabData;
     QString m_requestedIconUrl;
     QString m_iconPath;
+
+    // The look of the inner widgets, kept while they do not exist.
+    bool m_separatorShown = false;
+    bool m_iconShown = true;
+    bool m_loadingShown = false;
+    bool m_closeShown = true;
+    bool m_iconTakesMouse = false;
+    QString m_iconName;
+    QString m_iconStyleSheet;
+    QString m_iconFile;
     // The file the icon button's QIcon was made from, so that an unchanged icon is not
     // loaded and re-polished again on every state change.
     QString m_shownIconFile;

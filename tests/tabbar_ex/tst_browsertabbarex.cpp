@@ -6,6 +6,8 @@
 #include "browsertabbarex.h"
 #include "browsertabbuttonex.h"
 #include "dpitool.h"
+#include "elidedlabelex.h"
+#include "kelloadinglabelex.h"
 #include "itabmanager.h"
 #include "tabbarextestbar.h"
 #include "vosimagecache.h"
@@ -86,6 +88,10 @@ private Q_SLOTS:
     void commandSlotsEmitMenuIndex();
     void checkDefaults();
     void delayTimeoutRelayouts();
+
+    void innerWidgetsOnlyNearTheViewport();
+    void innerWidgetsFollowTheScroll();
+    void stateKeptWhileOutOfView();
 
     void removeTabInsideCurrentChanged();
     void removeSameTabInsideCurrentChanged();
@@ -1084,6 +1090,91 @@ void TstBrowserTabBarEx::delayTimeoutRelayouts()
     bar->TabButton(2)->setFixedSize(10, 10);
     bar->SlotDelayTimeout();
     QCOMPARE(bar->TabButton(2)->size(), QSize(224, 32));
+}
+
+static bool HasInnerWidgets(BrowserTabButtonEx *button)
+{
+    return button->findChild<QWidget *>(QStringLiteral("TabButtonTextEx")) != nullptr;
+}
+
+void TstBrowserTabBarEx::innerWidgetsOnlyNearTheViewport()
+{
+    TestTabBarEx *bar = MakeBar(1000);
+    m_window->show();
+    Fill(*bar, 40);
+    QVERIFY(bar->IsOverflow());
+    const int viewport = bar->Viewport()->width();
+    // Every button exists, lies in the strip and carries its record and look.
+    QCOMPARE(bar->count(), 41);
+    for (int i = 1; i < bar->count(); ++i) {
+        BrowserTabButtonEx *button = bar->TabButton(i);
+        QCOMPARE(button->parentWidget(), bar->Content());
+        QCOMPARE(button->pos(), QPoint((i - 1) * 96, 4));
+        QCOMPARE(button->objectName(), QStringLiteral("TabButtonBackEx"));
+        const bool near = button->x() < viewport + 96;
+        QCOMPARE(HasInnerWidgets(button), near);
+    }
+    QVERIFY(HasInnerWidgets(bar->TabButton(0))); // the fixed tab
+    QVERIFY(!HasInnerWidgets(bar->TabButton(40)));
+}
+
+void TstBrowserTabBarEx::innerWidgetsFollowTheScroll()
+{
+    TestTabBarEx *bar = MakeBar(1000);
+    m_window->show();
+    Fill(*bar, 40);
+    QVERIFY(QMetaObject::invokeMethod(bar, "SlotRightArrowDoubleClicked"));
+    QTRY_COMPARE(bar->ScrollOffset(), bar->Viewport()->width() - bar->Content()->width());
+    QVERIFY(HasInnerWidgets(bar->TabButton(40)));
+    QVERIFY(HasInnerWidgets(bar->TabButton(35)));
+    // Released later, not at once: one of them might be delivering an event.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!HasInnerWidgets(bar->TabButton(1)));
+    QVERIFY(HasInnerWidgets(bar->TabButton(0)));
+}
+
+void TstBrowserTabBarEx::stateKeptWhileOutOfView()
+{
+    TestTabBarEx *bar = MakeBar(1000);
+    m_window->show();
+    Fill(*bar, 40);
+    const QString icon = MakeIcon(QStringLiteral("far.png"), Qt::darkGreen);
+    BrowserTabButtonEx *far = bar->TabButton(38);
+    BrowserTabButtonEx *loading = bar->TabButton(39);
+    QVERIFY(!HasInnerWidgets(far));
+    bar->setTabText(38, QStringLiteral("Renamed far away"));
+    bar->setTabIcon(38, icon);
+    QTRY_COMPARE(far->IconPath(), icon);
+    bar->LoadStart(39);
+    bar->setCurrentIndex(38);
+    QVERIFY(far->IsChecked());
+    QVERIFY(!HasInnerWidgets(far));
+
+    bar->showIndex(39);
+    QTRY_VERIFY(HasInnerWidgets(loading));
+    QTRY_COMPARE(bar->ScrollOffset(), bar->Viewport()->width() - 39 * 96);
+    QVERIFY(HasInnerWidgets(far));
+    auto *title = far->findChild<ElidedLabelEx *>(QStringLiteral("TabButtonTextEx"));
+    QCOMPARE(title->FullText(), QStringLiteral("Renamed far away"));
+    QVERIFY(far->findChild<QPushButton *>(QStringLiteral("TabButtonIconWebEx")));
+    QVERIFY(!far->findChild<QPushButton *>(QStringLiteral("TabButtonCloseBtnEx"))->isHidden());
+    QVERIFY(far->findChild<QFrame *>(QStringLiteral("TabButtonContentExNoSep")));
+    auto *indicator = loading->findChild<KelLoadingLabelEx *>(QStringLiteral("TabButtonLoadingEx"));
+    QVERIFY(indicator->IsAnimating());
+    QVERIFY(indicator->isVisible());
+    QVERIFY(loading->findChild<QPushButton *>(QStringLiteral("TabButtonIconDefaultEx"))->isHidden());
+    // Its neighbour shows the separator it was given while out of view.
+    QVERIFY(bar->TabButton(36)->findChild<QFrame *>(QStringLiteral("TabButtonContentExWithSep")));
+    QVERIFY(bar->TabButton(37)->findChild<QFrame *>(QStringLiteral("TabButtonContentExNoSep")));
+
+    // Going out of view again stops the indicator with its widgets.
+    QPointer<KelLoadingLabelEx> guard(indicator);
+    QVERIFY(QMetaObject::invokeMethod(bar, "SlotLeftArrowDoubleClicked"));
+    QTRY_COMPARE(bar->ScrollOffset(), 0);
+    QVERIFY(!indicator->IsAnimating());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!guard);
+    QVERIFY(loading->IsLoading());
 }
 
 void TstBrowserTabBarEx::removeTabInsideCurrentChanged()
