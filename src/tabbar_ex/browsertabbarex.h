@@ -153,16 +153,25 @@ Q_SIGNALS:
     void tabCloseRequested(int index);
     /** For the host and subclasses. @note The bar itself never emits it. */
     void SigAddNewTab();
+    /** The context menu asks to reload the tab at @p index. */
     void SigRefreshTab(int index);
+    /** The context menu asks to bookmark the tab at @p index; @p globalPos is its icon's place. */
     void SigAddFav(int index, QPoint globalPos);
+    /** The context menu asks to copy the address of the tab at @p index. */
     void SigCopyLink(int index);
+    /** The context menu asks to open the tab at @p index in the system browser. */
     void SigOpenInBrowser(int index);
+    /** The context menu asks to close every tab but the one at @p index. */
     void SigCloseOtherTab(int index);
+    /** The context menu asks to close the tabs left of @p index. */
     void SigCloseLeftTab(int index);
+    /** The context menu asks to close the tabs right of @p index. */
     void SigCloseRightTab(int index);
+    /** The context menu asks to reopen recently closed tabs. */
     void SigRecoverRecentlyTab();
 
 protected Q_SLOTS:
+    // The context menu's commands: each emits its signal for the menu's tab.
     void SlotRefreshTab();
     void SlotAddFav();
     void SlotCopyLink();
@@ -172,9 +181,14 @@ protected Q_SLOTS:
     void SlotCloseLeftTab();
     void SlotCloseRightTab();
     void SlotRecoverRecentlyTab();
+    // The tab buttons' signals; a null or unknown tab is ignored.
+    /** Hides the separators beside a hovered tab and shows them again when it is left. */
     void SlotHoverChanged(TabDataPtr tab, bool hovered);
+    /** Makes the pressed tab current. */
     void SlotChangeClicked(TabDataPtr tab);
+    /** Emits tabCloseRequested() for the tab; the tab stays until the host removes it. */
     void SlotCloseClicked(TabDataPtr tab);
+    /** Calls TabIconClicked() for the sending button's tab. */
     void SlotIconClicked(TabDataPtr tab);
     void SlotMenuClicked(TabDataPtr tab);
     void SlotButtonPressed();
@@ -193,6 +207,7 @@ private Q_SLOTS:
     void SlotArrowTimeout();
 
 protected Q_SLOTS:
+    /** Ends the frozen widths after a close (closing mode) and lays the tabs out afresh. */
     void SlotDelayTimeout();
 
 protected:
@@ -239,9 +254,14 @@ protected:
     void ResetButtons();
     /** Sizes and places the fixed area, the viewport, the content strip and the arrow frames. */
     void SetContentWidth();
-    /** Shows every separator except at the current tab and its left neighbour. */
+    /**
+     * Shows every separator except at the current tab and its left neighbour, and, in
+     * overflow, at the last fixed tab (it borders the left arrow).
+     */
     void ResetSeparator();
+    /** During a drag: every separator shows except at the dragged tab and its left neighbour. */
     void SetPressedSeparator();
+    /** During a drag: moves the dragged tab to the place its position asks for. */
     void SortButtons();
 
     /** The button of the tab at @p index, null when out of range. */
@@ -264,7 +284,6 @@ protected:
 
 private:
     friend class BrowserTabButtonEx;
-    friend class BrowserTabBarExPrivate;
 
     void InitContent();
     void InitArrowFrame();

@@ -124,6 +124,7 @@ void BrowserTabButtonEx::Init(FormMode mode)
     resize(224, 32);
     setFocusPolicy(Qt::NoFocus);
     setContextMenuPolicy(Qt::NoContextMenu);
+    setWindowTitle(QStringLiteral("BrowserTabButtonBase"));
     setLineWidth(0);
     if (mode == FormMode::Created)
         CreateForm();

@@ -141,6 +141,7 @@ void TstBrowserTabButtonEx::form()
     QCOMPARE(button->focusPolicy(), Qt::NoFocus);
     QCOMPARE(button->contextMenuPolicy(), Qt::NoContextMenu);
     QCOMPARE(button->lineWidth(), 0);
+    QCOMPARE(button->windowTitle(), QStringLiteral("BrowserTabButtonBase"));
     QCOMPARE(button->cursor().shape(), Qt::ArrowCursor);
 
     QFrame *content = Content(button);
