@@ -162,11 +162,6 @@ void BrowserTabButtonEx::InitButton()
     show();
 }
 
-bool BrowserTabButtonEx::HasForm() const
-{
-    return m_form != nullptr;
-}
-
 void BrowserTabButtonEx::CreateForm()
 {
     if (m_form)

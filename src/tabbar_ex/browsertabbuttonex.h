@@ -130,7 +130,6 @@ private:
     // exist only while the bar shows the button: a strip of hundreds of tabs keeps
     // one widget per tab, not six. Every state change is kept in the fields below
     // and applied when the widgets are made.
-    bool HasForm() const;
     void CreateForm();
     void ReleaseForm();
 

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void renderThreeTabs();
     void renderThirtyTabs();
     void renderThirtyTabsScrolled();
+    void renderAtOneAndAHalf();
 
 private:
     struct Scene {
@@ -234,6 +235,22 @@ void TstBrowserTabBarExLook::renderThirtyTabsScrolled()
     QVERIFY(image.save(OutputPath(QStringLiteral("tabbar_ex_30_scrolled.png"))));
     QVERIFY(bar->LeftArrow()->isEnabled());
     QVERIFY(bar->LeftShadow()->isVisible());
+}
+
+void TstBrowserTabBarExLook::renderAtOneAndAHalf()
+{
+    DpiTool::SetScaleFactor(1.5);
+    Scene scene = MakeScene(12, 4);
+    TestTabBarEx *bar = scene.bar;
+    bar->setGeometry(0, 0, 1200, bar->ButtonBarHeight());
+    QVERIFY(QTest::qWaitForWindowExposed(scene.window.get()));
+    QTRY_COMPARE(bar->TabButton(1)->IconPath(), m_favicon);
+    const QImage image = bar->grab().toImage();
+    QVERIFY(image.save(OutputPath(QStringLiteral("tabbar_ex_12_150.png"))));
+    QCOMPARE(image.height(), 60);
+    BrowserTabButtonEx *front = bar->TabButton(4);
+    const QPoint frontInside = front->mapTo(bar, QPoint(front->width() / 2, front->height() - 4));
+    QCOMPARE(image.pixelColor(frontInside), QColor(Qt::white));
 }
 
 KELTAB_TEST_MAIN(TstBrowserTabBarExLook)
