@@ -33,7 +33,7 @@ run_suite build/normal
 
 echo "== AddressSanitizer + UndefinedBehaviorSanitizer build"
 configure_and_build build/asan -DKELTAB_SANITIZE=ON -DKELTAB_TEST_CONSUMER=OFF -DCMAKE_BUILD_TYPE=Debug
-export ASAN_OPTIONS="detect_leaks=1:halt_on_error=1:strict_string_checks=1:detect_stack_use_after_return=1:fast_unwind_on_malloc=0"
+export ASAN_OPTIONS="detect_leaks=1:halt_on_error=1:detect_stack_use_after_return=1:fast_unwind_on_malloc=0"
 export LSAN_OPTIONS="suppressions=$root/tests/sanitizers/lsan.supp:print_suppressions=0"
 export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1"
 run_suite build/asan

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "idpiadapter.h"
+#include "kelbasewidget.h"
+#include "keltabcontainer_export.h"
+
+class QHBoxLayout;
+class QLabel;
+
+/**
+ * The floating window that names the action of a mouse gesture while it is drawn.
+ *
+ * A frameless, translucent tool window of 200 x 90 logical pixels (scaled with
+ * DpiTool, again whenever the factor changes) holding one centred label. Its look
+ * comes from style sheets: the window is "GestureToast", the label "text_label";
+ * the library's default is in KelTabStyle::DefaultStyleSheet().
+ */
+class KELTABCONTAINER_EXPORT GestureToast : public KelBaseWidget, public IDpiAdapter
+{
+    Q_OBJECT
+public:
+    explicit GestureToast(QWidget *parent = nullptr);
+    ~GestureToast() override;
+
+    /** Shows @p text in the label. */
+    void SetText(const QString &text);
+    /** @return the text shown. */
+    QString Text() const;
+
+    /** Re-applies the size, margins and spacing for the new DPI factor. */
+    void AdjustForDpi() override;
+
+private:
+    void SetupUi();
+
+    QHBoxLayout *m_layout = nullptr;
+    QLabel *m_label = nullptr;
+};

@@ -1,0 +1,7 @@
+#include "igesturehandlerdelegate.h"
+
+// Defined out of line so that the class has one home for its vtable.
+IGestureHandlerDelegate::IGestureHandlerDelegate() = default;
+IGestureHandlerDelegate::IGestureHandlerDelegate(const IGestureHandlerDelegate &) = default;
+IGestureHandlerDelegate &IGestureHandlerDelegate::operator=(const IGestureHandlerDelegate &) = default;
+IGestureHandlerDelegate::~IGestureHandlerDelegate() = default;

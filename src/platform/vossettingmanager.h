@@ -1,0 +1,73 @@
+#pragma once
+
+#include "keltabcontainer_export.h"
+
+#include <QString>
+
+#include <memory>
+
+/**
+ * Process-wide settings store: text values under a (group, key) pair, kept in an
+ * SQLite database through Qt Sql.
+ *
+ * The database is opened on first use, at DatabasePath(). Every value goes through
+ * bound parameters, so any text round-trips exactly (empty, any Unicode, megabytes,
+ * quotes, semicolons).
+ *
+ * When the database cannot be used (missing SQLite driver, a file that is not a
+ * database, a lock held by someone else for longer than the busy timeout, a folder
+ * or file that cannot be written), the store prints one warning that starts with
+ * "VosSettingManager: cannot use the settings database" and carries on in memory
+ * with every value it has read or written so far. Nothing it does later touches the
+ * database until SetDatabasePath() names one again, so the warning comes once.
+ *
+ * Instance() and ReleaseInstance() are safe from any thread; everything else is for
+ * the thread that first used the store (in practice the GUI thread).
+ */
+class KELTABCONTAINER_EXPORT VosSettingManager
+{
+public:
+    /** The single instance, created on first use. */
+    static VosSettingManager *Instance();
+    /**
+     * Destroys the instance, closing its database connection and removing it from
+     * Qt Sql's list of connections. A later Instance() starts afresh.
+     */
+    static void ReleaseInstance();
+
+    /**
+     * @return the value stored under @p group and @p key; an empty string when there
+     * is none (an empty stored value reads the same).
+     */
+    QString GetSystemValue(const QString &group, const QString &key) const;
+    /**
+     * Stores @p value under @p group and @p key, replacing any previous value. When
+     * it returns, the value is committed to the database (or, after a failure, held
+     * in memory).
+     */
+    void SetSystemValueSync(const QString &group, const QString &key, const QString &value);
+
+    /**
+     * Uses the database file @p path from now on; missing folders are created when it
+     * is opened. An empty @p path returns to the default. Values held in memory after
+     * an earlier failure are dropped: the new database is the truth.
+     */
+    void SetDatabasePath(const QString &path);
+    /**
+     * @return the database file in use: the one set, or "settings.sqlite" in
+     * QStandardPaths::AppDataLocation.
+     */
+    QString DatabasePath() const;
+    /** @return false once the store has given up on its database and works in memory. */
+    bool IsPersistent() const;
+
+    VosSettingManager(const VosSettingManager &) = delete;
+    VosSettingManager &operator=(const VosSettingManager &) = delete;
+
+private:
+    VosSettingManager();
+    ~VosSettingManager();
+
+    class Private;
+    const std::unique_ptr<Private> d;
+};

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "keltabcontainer_export.h"
+
+#include <QList>
+#include <QSharedPointer>
+
+class VosShortcut;
+
+/**
+ * Process-wide registry that keeps shortcut objects alive for as long as the
+ * process needs them, so that whoever created one may drop its own reference.
+ *
+ * Instance() and ReleaseInstance() are safe from any thread; the rest is for the
+ * GUI thread.
+ */
+class KELTABCONTAINER_EXPORT VosShortcutManager
+{
+public:
+    /** The single instance, created on first use. */
+    static VosShortcutManager *Instance();
+    /**
+     * Destroys the instance and drops its references: shortcut objects nobody else
+     * holds are destroyed and stop watching keys at once.
+     */
+    static void ReleaseInstance();
+
+    /** Keeps @p shortcut; a null pointer or one already kept is ignored. */
+    void Add(const QSharedPointer<VosShortcut> &shortcut);
+    /** Drops the registry's reference to @p shortcut, if it holds one. */
+    void Remove(const QSharedPointer<VosShortcut> &shortcut);
+    /** @return the kept objects, in the order they were added. */
+    QList<QSharedPointer<VosShortcut>> Shortcuts() const;
+
+    VosShortcutManager(const VosShortcutManager &) = delete;
+    VosShortcutManager &operator=(const VosShortcutManager &) = delete;
+
+private:
+    VosShortcutManager();
+    ~VosShortcutManager();
+
+    QList<QSharedPointer<VosShortcut>> m_shortcuts;
+};

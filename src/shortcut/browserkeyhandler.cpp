@@ -1,0 +1,260 @@
+#include "browserkeyhandler.h"
+
+#include "ikeyhandlerdelegate.h"
+#include "vosshortcut.h"
+#include "vosshortcutmanager.h"
+
+namespace {
+
+// Windows virtual-key codes, as the shortcut service reports them.
+enum VirtualKey : uint {
+    VkTab = 0x09,
+    VkEscape = 0x1B,
+    VkPageUp = 0x21,
+    VkPageDown = 0x22,
+    VkLeft = 0x25,
+    VkUp = 0x26,
+    VkRight = 0x27,
+    VkDown = 0x28,
+    VkDelete = 0x2E,
+    Vk0 = 0x30,
+    Vk1 = 0x31,
+    Vk8 = 0x38,
+    Vk9 = 0x39,
+    VkC = 0x43,
+    VkD = 0x44,
+    VkE = 0x45,
+    VkF = 0x46,
+    VkH = 0x48,
+    VkJ = 0x4A,
+    VkR = 0x52,
+    VkT = 0x54,
+    VkW = 0x57,
+    VkNumpad0 = 0x60,
+    VkNumpad1 = 0x61,
+    VkNumpad8 = 0x68,
+    VkNumpad9 = 0x69,
+    VkF4 = 0x73,
+    VkF5 = 0x74,
+    VkF11 = 0x7A,
+    VkF12 = 0x7B,
+    VkOemPlus = 0xBB,
+    VkOemMinus = 0xBD,
+};
+
+enum Modifiers : uint {
+    None = 0,
+    Alt = 1,
+    Ctrl = 2,
+    AltShift = 5,
+    CtrlShift = 6,
+};
+
+} // namespace
+
+BrowserKeyHandler::BrowserKeyHandler()
+    : QObject(nullptr)
+{
+}
+
+BrowserKeyHandler::~BrowserKeyHandler() = default;
+
+void BrowserKeyHandler::Initialize(QWidget *widget, Qt::ShortcutContext context)
+{
+    m_shortcut = QSharedPointer<VosShortcut>(new VosShortcut(widget, context));
+    // Browser mode: the page's own widgets take the focus, and the shortcuts must
+    // still work while they have it.
+    m_shortcut->SetBrowser(true);
+    VosShortcutManager::Instance()->Add(m_shortcut);
+    connect(m_shortcut.data(), &VosShortcut::SigActivated, this, &BrowserKeyHandler::SlotActivated);
+    RegisterDefaultShortcut();
+}
+
+void BrowserKeyHandler::SetKeyHandlerDelegate(IKeyHandlerDelegate *delegate)
+{
+    m_delegate = delegate;
+}
+
+void BrowserKeyHandler::RegisterDefaultShortcut()
+{
+    RegisterShortcut(VkF5, None);
+    RegisterShortcut(VkR, Ctrl);
+    RegisterShortcut(VkF5, Ctrl);
+    RegisterShortcut(VkLeft, Alt);
+    RegisterShortcut(VkRight, Alt);
+    RegisterShortcut(VkF12, None);
+    RegisterShortcut(VkF11, None);
+    RegisterShortcut(VkEscape, None);
+    RegisterShortcut(VkW, Ctrl);
+    RegisterShortcut(VkF4, Ctrl);
+    RegisterShortcut(Vk0, Ctrl);
+    RegisterShortcut(VkNumpad0, Ctrl);
+    for (uint digit = 0; digit < 8; ++digit) {
+        RegisterShortcut(Vk1 + digit, Ctrl);
+        RegisterShortcut(VkNumpad1 + digit, Ctrl);
+    }
+    RegisterShortcut(Vk9, Ctrl);
+    RegisterShortcut(VkNumpad9, Ctrl);
+    RegisterShortcut(VkTab, Ctrl);
+    RegisterShortcut(VkPageDown, Ctrl);
+    RegisterShortcut(VkPageUp, Ctrl);
+    RegisterShortcut(VkTab, CtrlShift);
+    RegisterShortcut(VkH, Ctrl);
+    RegisterShortcut(VkDelete, CtrlShift);
+    RegisterShortcut(VkJ, Ctrl);
+    RegisterShortcut(VkF, Ctrl);
+    RegisterShortcut(VkD, Ctrl);
+    RegisterShortcut(VkT, Ctrl);
+    RegisterShortcut(VkOemPlus, Ctrl);
+    RegisterShortcut(VkOemMinus, Ctrl);
+    RegisterShortcut(VkT, CtrlShift);
+    RegisterShortcut(VkC, Alt);
+    RegisterShortcut(VkE, Alt);
+    RegisterShortcut(VkUp, AltShift);
+    RegisterShortcut(VkDown, AltShift);
+}
+
+void BrowserKeyHandler::RegisterShortcut(uint keyCode, uint keyModifiers)
+{
+    // Before Initialize() there is nothing to register with; a host that gets the
+    // order wrong loses the key rather than the process.
+    if (m_shortcut)
+        m_shortcut->AddShortcut(keyCode, keyModifiers);
+}
+
+void BrowserKeyHandler::SlotActivated(uint keyCode, uint keyModifiers)
+{
+    IKeyHandlerDelegate *delegate = m_delegate;
+    if (!delegate)
+        return;
+
+    switch (keyModifiers) {
+    case Ctrl:
+        switch (keyCode) {
+        case VkTab:
+        case VkPageDown:
+            delegate->ActionNextTab();
+            return;
+        case VkPageUp:
+            delegate->ActionPreviousTab();
+            return;
+        case Vk0:
+        case VkNumpad0:
+            delegate->ZoomDefault();
+            return;
+        case Vk9:
+        case VkNumpad9:
+            delegate->ActionCtrl9();
+            return;
+        case VkD:
+            delegate->ActionCtrlD();
+            return;
+        case VkF:
+            delegate->ShowFindDlg();
+            return;
+        case VkH:
+            delegate->ActionCtrlH();
+            return;
+        case VkJ:
+            delegate->ActionCtrlJ();
+            return;
+        case VkR:
+            delegate->ActionRefresh();
+            return;
+        case VkT:
+            delegate->ActionNewTab();
+            return;
+        case VkW:
+        case VkF4:
+            delegate->ActionCloseTab();
+            return;
+        case VkF5:
+            delegate->ActionRefreshNoCache();
+            return;
+        case VkOemPlus:
+            delegate->ZoomIn();
+            return;
+        case VkOemMinus:
+            delegate->ZoomOut();
+            return;
+        default:
+            break;
+        }
+        if (keyCode >= Vk1 && keyCode <= Vk8)
+            delegate->ActionSelectTab(int(keyCode - Vk1));
+        else if (keyCode >= VkNumpad1 && keyCode <= VkNumpad8)
+            delegate->ActionSelectTab(int(keyCode - VkNumpad1));
+        return;
+
+    case CtrlShift:
+        switch (keyCode) {
+        case VkTab:
+            delegate->ActionPreviousTab();
+            return;
+        case VkDelete:
+            delegate->ActionCtrlShiftDelete();
+            return;
+        case VkT:
+            delegate->ActionRecoverClosedTab();
+            return;
+        default:
+            return;
+        }
+
+    case AltShift:
+        switch (keyCode) {
+        case VkUp:
+            delegate->ActionAltShiftUp();
+            return;
+        case VkDown:
+            delegate->ActionAltShiftDown();
+            return;
+        default:
+            return;
+        }
+
+    case Alt:
+        switch (keyCode) {
+        case VkLeft:
+            delegate->ActionBack();
+            return;
+        case VkRight:
+            delegate->ActionForward();
+            return;
+        case VkC:
+            delegate->ActionAltC();
+            return;
+        case VkE:
+            delegate->ActionAltE();
+            return;
+        default:
+            return;
+        }
+
+    case None:
+        switch (keyCode) {
+        case VkEscape:
+            // Esc only leaves full screen; everywhere else it belongs to the page.
+            if (delegate->IsFullscreen())
+                delegate->ExitFullscreen();
+            return;
+        case VkF5:
+            delegate->ActionRefresh();
+            return;
+        case VkF11:
+            if (delegate->IsFullscreen())
+                delegate->ExitFullscreen();
+            else
+                delegate->EnterFullscreen();
+            return;
+        case VkF12:
+            delegate->ShowDevTools();
+            return;
+        default:
+            return;
+        }
+
+    default:
+        return;
+    }
+}

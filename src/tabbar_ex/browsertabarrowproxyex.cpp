@@ -1,0 +1,8 @@
+#include "browsertabarrowproxyex.h"
+
+BrowserTabArrowProxyEx::BrowserTabArrowProxyEx(QWidget *parent)
+    : TabPopupProxy(parent)
+{
+}
+
+BrowserTabArrowProxyEx::~BrowserTabArrowProxyEx() = default;

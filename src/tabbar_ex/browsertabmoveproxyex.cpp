@@ -1,0 +1,8 @@
+#include "browsertabmoveproxyex.h"
+
+BrowserTabMoveProxyEx::BrowserTabMoveProxyEx(QWidget *parent)
+    : TabMoveProxy(parent)
+{
+}
+
+BrowserTabMoveProxyEx::~BrowserTabMoveProxyEx() = default;

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "keltabcontainer_export.h"
+#include "tabmoveproxy.h"
+
+/**
+ * The invisible popup that takes the mouse while a tab button of BrowserTabBarEx is dragged.
+ *
+ * The bar gives it the global cursor position of the press (SetStartPoint()) and shows
+ * it; every later mouse move away from that point emits SigButtonMove, and the left
+ * release hides the popup, which emits SigButtonRelease.
+ *
+ * It is always made without a parent (a top-level popup); the bar deletes it.
+ */
+class KELTABCONTAINER_EXPORT BrowserTabMoveProxyEx : public TabMoveProxy
+{
+    Q_OBJECT
+public:
+    explicit BrowserTabMoveProxyEx(QWidget *parent = nullptr);
+    ~BrowserTabMoveProxyEx() override;
+};

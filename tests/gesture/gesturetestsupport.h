@@ -1,0 +1,126 @@
+#pragma once
+
+// Shared by the gesture tests: a delegate and a usage recorder that write down
+// every call, and a per-test settings sandbox.
+
+#include "igesturehandlerdelegate.h"
+#include "imonitorsystem.h"
+#include "kelmousegesture.h"
+#include "vossettingmanager.h"
+
+#include <QGuiApplication>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+namespace GestureTest {
+
+class RecordingDelegate : public IGestureHandlerDelegate
+{
+public:
+    QStringList calls;     // action operations, in call order
+    int areaRequests = 0;  // GetToastArea() is asked for position, not an action
+    QRect area{100, 100, 800, 600};
+
+    void ActionBack() override { calls << QStringLiteral("ActionBack"); }
+    void ActionForward() override { calls << QStringLiteral("ActionForward"); }
+    void ActionRefresh() override { calls << QStringLiteral("ActionRefresh"); }
+    void ActionNewTab() override { calls << QStringLiteral("ActionNewTab"); }
+    void ActionCloseTab() override { calls << QStringLiteral("ActionCloseTab"); }
+    void ActionCloseAllTabs() override { calls << QStringLiteral("ActionCloseAllTabs"); }
+    void ActionPreviousTab() override { calls << QStringLiteral("ActionPreviousTab"); }
+    void ActionNextTab() override { calls << QStringLiteral("ActionNextTab"); }
+    QRect GetToastArea() override
+    {
+        ++areaRequests;
+        return area;
+    }
+    void ActionRecoverClosedTab() override { calls << QStringLiteral("ActionRecoverClosedTab"); }
+};
+
+class RecordingMonitor : public IMonitorSystem
+{
+public:
+    struct Event
+    {
+        QString event;
+        QString pluginCode;
+        QStringList parameters;
+    };
+    QList<Event> events;
+
+    void ReportUsageEvent(const QString &event, const QString &pluginCode, const QStringList &parameters) override
+    {
+        events.append({event, pluginCode, parameters});
+    }
+};
+
+/**
+ * A settings database and a usage log of the test's own, and the release of every
+ * singleton a gesture test touches. Create in init(), destroy in cleanup().
+ */
+class Sandbox
+{
+public:
+    Sandbox()
+    {
+        QVERIFY(m_dir.isValid());
+        VosSettingManager::Instance()->SetDatabasePath(m_dir.filePath(QStringLiteral("settings.sqlite")));
+        IMonitorSystem::SetLogFilePath(m_dir.filePath(QStringLiteral("usage.jsonl")));
+    }
+
+    ~Sandbox()
+    {
+        IMonitorSystem::SetMonitorSystem(nullptr);
+        IMonitorSystem::SetLogFilePath(QString());
+        KelMouseGesture::ReleaseInstance();
+        VosSettingManager::ReleaseInstance();
+    }
+
+    QString Path(const QString &name) const { return m_dir.filePath(name); }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+/**
+ * The offscreen platform the suite runs on cannot raise a window or pass size hints
+ * on, and says so every time the toast, a tool window, is shown or resized. Those
+ * two messages are about the test platform, not the code under test; every other
+ * message still goes to QtTest's handler and fails the test when unexpected.
+ * Install in initTestCase() (after QtTest has installed its handler), remove in
+ * cleanupTestCase().
+ */
+class OffscreenPlatformNoise
+{
+public:
+    static void Install() { s_previous = qInstallMessageHandler(&Handle); }
+    static void Remove() { qInstallMessageHandler(s_previous); }
+
+private:
+    static void Handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
+    {
+        if (type == QtWarningMsg && QGuiApplication::platformName() == QLatin1String("offscreen")
+            && (message == QLatin1String("This plugin does not support raise()")
+                || message == QLatin1String("This plugin does not support propagateSizeHints()")))
+            return;
+        if (s_previous)
+            s_previous(type, context, message);
+    }
+
+    static inline QtMessageHandler s_previous = nullptr;
+};
+
+inline void StoreValue(const QString &key, const QString &value)
+{
+    VosSettingManager::Instance()->SetSystemValueSync(QStringLiteral("SYS_SETTING"), key, value);
+}
+
+inline QString StoredValue(const QString &key)
+{
+    return VosSettingManager::Instance()->GetSystemValue(QStringLiteral("SYS_SETTING"), key);
+}
+
+} // namespace GestureTest

@@ -1,0 +1,188 @@
+#include "keltabtest.h"
+
+#include "gesturemapcodec_p.h"
+
+#include <QBuffer>
+#include <QDataStream>
+#include <QRandomGenerator>
+
+using IntMap = QMap<int, int>;
+
+namespace {
+
+QByteArray Be32(quint32 value)
+{
+    QByteArray bytes(4, '\0');
+    bytes[0] = char((value >> 24) & 0xFF);
+    bytes[1] = char((value >> 16) & 0xFF);
+    bytes[2] = char((value >> 8) & 0xFF);
+    bytes[3] = char(value & 0xFF);
+    return bytes;
+}
+
+QByteArray Pair(qint32 key, qint32 value)
+{
+    return Be32(quint32(key)) + Be32(quint32(value));
+}
+
+// What Qt itself writes for the map: the reference the stored format must match.
+QByteArray QtImage(const QMap<int, int> &map)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << map;
+    return bytes;
+}
+
+QMap<int, int> FactoryMap()
+{
+    QMap<int, int> map;
+    for (int shape = 1; shape <= 11; ++shape)
+        map.insert(shape, shape + 1);
+    return map;
+}
+
+} // namespace
+
+class TstGestureMapCodec : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void factoryImageByteForByte()
+    {
+        const QByteArray image = GestureMapCodec::Encode(FactoryMap());
+        QCOMPARE(image.size(), 92);
+        QByteArray expected = Be32(11);
+        for (int shape = 11; shape >= 1; --shape)
+            expected += Pair(shape, shape + 1);
+        QCOMPARE(image, expected);
+        QCOMPARE(image.left(12), QByteArray::fromHex("0000000b" "0000000b" "0000000c"));
+        QCOMPARE(image.right(8), QByteArray::fromHex("00000001" "00000002"));
+        QCOMPARE(image, QtImage(FactoryMap()));
+    }
+
+    void imageMatchesQDataStream_data()
+    {
+        QTest::addColumn<QMap<int, int>>("map");
+        QTest::newRow("empty") << QMap<int, int>();
+        QTest::newRow("one entry") << QMap<int, int>{{1, 7}};
+        QTest::newRow("factory") << FactoryMap();
+        QTest::newRow("negative and extreme")
+            << QMap<int, int>{{-1, -5}, {0, 0}, {INT_MAX, INT_MIN}, {INT_MIN, INT_MAX}};
+        QMap<int, int> random;
+        QRandomGenerator generator(20240601);
+        for (int i = 0; i < 500; ++i)
+            random.insert(int(generator.generate()), int(generator.generate()));
+        QTest::newRow("500 random entries") << random;
+    }
+
+    void imageMatchesQDataStream()
+    {
+        QFETCH(IntMap, map);
+        const QByteArray image = GestureMapCodec::Encode(map);
+        QCOMPARE(image, QtImage(map));
+        QCOMPARE(image.size(), 4 + 8 * map.size());
+        QCOMPARE(GestureMapCodec::Decode(image), map);
+        QCOMPARE(GestureMapCodec::DecodeText(GestureMapCodec::EncodeText(map)), map);
+    }
+
+    void textIsStandardBase64()
+    {
+        const QString text = GestureMapCodec::EncodeText(QMap<int, int>{{1, 7}});
+        QCOMPARE(text, QStringLiteral("AAAAAQAAAAEAAAAH"));
+        // 92 bytes need padding: the standard alphabet with "=".
+        const QString factory = GestureMapCodec::EncodeText(FactoryMap());
+        QVERIFY(factory.endsWith(QLatin1Char('=')));
+        QCOMPARE(factory, QString::fromLatin1(QtImage(FactoryMap()).toBase64()));
+    }
+
+    void malformedImages_data()
+    {
+        QTest::addColumn<QByteArray>("image");
+        QTest::addColumn<QMap<int, int>>("expected");
+        const QByteArray factory = QtImage(FactoryMap());
+        QTest::newRow("empty") << QByteArray() << QMap<int, int>();
+        QTest::newRow("shorter than a count") << QByteArray::fromHex("000000") << QMap<int, int>();
+        QTest::newRow("count only, zero") << Be32(0) << QMap<int, int>();
+        QTest::newRow("count 3, one pair") << QByteArray(Be32(3) + Pair(1, 7)) << QMap<int, int>();
+        QTest::newRow("factory less one byte") << factory.left(91) << QMap<int, int>();
+        QTest::newRow("factory less one pair") << factory.left(84) << QMap<int, int>();
+        QTest::newRow("half a pair") << QByteArray(Be32(1) + Be32(5)) << QMap<int, int>();
+        QTest::newRow("huge count") << QByteArray(Be32(0xFFFFFFFFu) + Pair(1, 7) + Pair(2, 8)) << QMap<int, int>();
+        QTest::newRow("count of INT_MAX + 1") << QByteArray(Be32(0x80000000u) + Pair(1, 7)) << QMap<int, int>();
+        QTest::newRow("negative values") << QByteArray(Be32(2) + Pair(-1, -5) + Pair(3, -7))
+                                         << QMap<int, int>{{-1, -5}, {3, -7}};
+        QTest::newRow("trailing bytes ignored") << QByteArray(Be32(1) + Pair(4, 9) + QByteArray("junk"))
+                                                << QMap<int, int>{{4, 9}};
+        QTest::newRow("repeated key: last read wins") << QByteArray(Be32(2) + Pair(4, 9) + Pair(4, 10))
+                                                      << QMap<int, int>{{4, 10}};
+    }
+
+    void malformedImages()
+    {
+        QFETCH(QByteArray, image);
+        QFETCH(IntMap, expected);
+        QCOMPARE(GestureMapCodec::Decode(image), expected);
+    }
+
+    void repeatedKeyAgreesWithQDataStream()
+    {
+        // QDataStream reads a repeated key into a multi-map, where value() is the
+        // entry read last: the codec keeps exactly that one.
+        const QByteArray image = Be32(3) + Pair(4, 9) + Pair(4, 10) + Pair(2, 1);
+        QMap<int, int> qtMap;
+        QDataStream stream(image);
+        stream >> qtMap;
+        QCOMPARE(stream.status(), QDataStream::Ok);
+        const QMap<int, int> decoded = GestureMapCodec::Decode(image);
+        QCOMPARE(decoded.value(4), qtMap.value(4));
+        QCOMPARE(decoded.value(2), qtMap.value(2));
+        QCOMPARE(decoded.size(), 2);
+    }
+
+    void malformedText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QMap<int, int>>("expected");
+        QTest::newRow("empty") << QString() << QMap<int, int>();
+        QTest::newRow("no Base64 at all") << QStringLiteral("!!!@@@###***") << QMap<int, int>();
+        QTest::newRow("Unicode") << QStringLiteral("\u624b\u52bf\U0001F600") << QMap<int, int>();
+        // Characters outside the alphabet are skipped, so a valid image with noise
+        // in between still reads.
+        QTest::newRow("noise inside valid text") << QStringLiteral("AAAA AQ*AA\nAAEA!AAAH") << QMap<int, int>{{1, 7}};
+        QString unpadded = GestureMapCodec::EncodeText(FactoryMap());
+        while (unpadded.endsWith(QLatin1Char('=')))
+            unpadded.chop(1);
+        QTest::newRow("missing padding") << unpadded << FactoryMap();
+        QTest::newRow("truncated text") << QStringLiteral("AAAAAQAAAAEAAA") << QMap<int, int>();
+    }
+
+    void malformedText()
+    {
+        QFETCH(QString, text);
+        QFETCH(IntMap, expected);
+        QCOMPARE(GestureMapCodec::DecodeText(text), expected);
+    }
+
+    void randomBytesNeverBreakTheInvariants()
+    {
+        QRandomGenerator generator(7);
+        for (int round = 0; round < 2000; ++round) {
+            QByteArray bytes(int(generator.bounded(64)), '\0');
+            for (char &c : bytes)
+                c = char(generator.bounded(256));
+            // Small counts now and then, so that some inputs decode.
+            if (bytes.size() >= 4 && round % 2 == 0)
+                bytes.replace(0, 4, Be32(generator.bounded(8)));
+            const QMap<int, int> map = GestureMapCodec::Decode(bytes);
+            QVERIFY(4 + 8 * map.size() <= qMax(bytes.size(), 4));
+            QCOMPARE(GestureMapCodec::Decode(GestureMapCodec::Encode(map)), map);
+            const QMap<int, int> fromText = GestureMapCodec::DecodeText(QString::fromLatin1(bytes));
+            QCOMPARE(GestureMapCodec::Decode(GestureMapCodec::Encode(fromText)), fromText);
+        }
+    }
+};
+
+KELTAB_TEST_MAIN(TstGestureMapCodec)
+#include "tst_gesturemapcodec.moc"

@@ -1,0 +1,354 @@
+#include "keltabtest.h"
+
+#include "vosshortcut.h"
+
+#include <QKeyEvent>
+#include <QWidget>
+
+namespace {
+
+// Remembers the keys that reached it, to tell consumed presses from passed ones.
+class KeyWidget : public QWidget
+{
+public:
+    using QWidget::QWidget;
+    QList<int> pressed;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        // QTest presses the modifier keys on their own before the key itself.
+        switch (event->key()) {
+        case Qt::Key_Control:
+        case Qt::Key_Shift:
+        case Qt::Key_Alt:
+        case Qt::Key_Meta:
+            break;
+        default:
+            pressed.append(event->key());
+        }
+        event->accept();
+    }
+};
+
+using Activation = QPair<uint, uint>;
+
+QList<Activation> Activations(const QSignalSpy &spy)
+{
+    QList<Activation> result;
+    for (const QList<QVariant> &args : spy)
+        result.append(qMakePair(args.at(0).toUInt(), args.at(1).toUInt()));
+    return result;
+}
+
+} // namespace
+
+class TstVosShortcut : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void virtualKeyFromQt_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<bool>("keypad");
+        QTest::addColumn<uint>("expected");
+        QTest::newRow("A") << int(Qt::Key_A) << false << 0x41u;
+        QTest::newRow("Z") << int(Qt::Key_Z) << false << 0x5Au;
+        QTest::newRow("0") << int(Qt::Key_0) << false << 0x30u;
+        QTest::newRow("9") << int(Qt::Key_9) << false << 0x39u;
+        QTest::newRow("keypad 0") << int(Qt::Key_0) << true << 0x60u;
+        QTest::newRow("keypad 3") << int(Qt::Key_3) << true << 0x63u;
+        QTest::newRow("keypad 9") << int(Qt::Key_9) << true << 0x69u;
+        QTest::newRow("F1") << int(Qt::Key_F1) << false << 0x70u;
+        QTest::newRow("F5") << int(Qt::Key_F5) << false << 0x74u;
+        QTest::newRow("F11") << int(Qt::Key_F11) << false << 0x7Au;
+        QTest::newRow("F12") << int(Qt::Key_F12) << false << 0x7Bu;
+        QTest::newRow("F24") << int(Qt::Key_F24) << false << 0x87u;
+        QTest::newRow("Left") << int(Qt::Key_Left) << false << 0x25u;
+        QTest::newRow("Up") << int(Qt::Key_Up) << false << 0x26u;
+        QTest::newRow("Right") << int(Qt::Key_Right) << false << 0x27u;
+        QTest::newRow("Down") << int(Qt::Key_Down) << false << 0x28u;
+        QTest::newRow("Tab") << int(Qt::Key_Tab) << false << 0x09u;
+        QTest::newRow("Backtab") << int(Qt::Key_Backtab) << false << 0x09u;
+        QTest::newRow("Esc") << int(Qt::Key_Escape) << false << 0x1Bu;
+        QTest::newRow("Delete") << int(Qt::Key_Delete) << false << 0x2Eu;
+        QTest::newRow("Page Up") << int(Qt::Key_PageUp) << false << 0x21u;
+        QTest::newRow("Page Down") << int(Qt::Key_PageDown) << false << 0x22u;
+        QTest::newRow("=") << int(Qt::Key_Equal) << false << 0xBBu;
+        QTest::newRow("+") << int(Qt::Key_Plus) << false << 0xBBu;
+        QTest::newRow("-") << int(Qt::Key_Minus) << false << 0xBDu;
+        QTest::newRow("_") << int(Qt::Key_Underscore) << false << 0xBDu;
+        QTest::newRow("keypad +") << int(Qt::Key_Plus) << true << 0x6Bu;
+        QTest::newRow("keypad -") << int(Qt::Key_Minus) << true << 0x6Du;
+        QTest::newRow("keypad *") << int(Qt::Key_Asterisk) << true << 0x6Au;
+        QTest::newRow("keypad /") << int(Qt::Key_Slash) << true << 0x6Fu;
+        QTest::newRow("keypad .") << int(Qt::Key_Period) << true << 0x6Eu;
+        QTest::newRow("keypad Enter") << int(Qt::Key_Enter) << true << 0x0Du;
+        QTest::newRow("keypad Page Up (no Num Lock)") << int(Qt::Key_PageUp) << true << 0x21u;
+        QTest::newRow("Return") << int(Qt::Key_Return) << false << 0x0Du;
+        QTest::newRow("Space") << int(Qt::Key_Space) << false << 0x20u;
+        QTest::newRow("Backspace") << int(Qt::Key_Backspace) << false << 0x08u;
+        QTest::newRow("Home") << int(Qt::Key_Home) << false << 0x24u;
+        QTest::newRow("End") << int(Qt::Key_End) << false << 0x23u;
+        QTest::newRow("Insert") << int(Qt::Key_Insert) << false << 0x2Du;
+        QTest::newRow(",") << int(Qt::Key_Comma) << false << 0xBCu;
+        QTest::newRow(".") << int(Qt::Key_Period) << false << 0xBEu;
+        QTest::newRow("/") << int(Qt::Key_Slash) << false << 0xBFu;
+        QTest::newRow("`") << int(Qt::Key_QuoteLeft) << false << 0xC0u;
+        QTest::newRow("[") << int(Qt::Key_BracketLeft) << false << 0xDBu;
+        QTest::newRow("]") << int(Qt::Key_BracketRight) << false << 0xDDu;
+        QTest::newRow("'") << int(Qt::Key_Apostrophe) << false << 0xDEu;
+        QTest::newRow(";") << int(Qt::Key_Semicolon) << false << 0xBAu;
+        QTest::newRow("shifted 1 (!)") << int(Qt::Key_Exclam) << false << 0x31u;
+        QTest::newRow("no code") << int(Qt::Key_unknown) << false << 0u;
+    }
+
+    void virtualKeyFromQt()
+    {
+        QFETCH(int, key);
+        QFETCH(bool, keypad);
+        QFETCH(uint, expected);
+        QCOMPARE(VosShortcut::VirtualKeyFromQt(key, keypad ? Qt::KeypadModifier : Qt::NoModifier), expected);
+    }
+
+    void qtKeyFromVirtualKey_data()
+    {
+        QTest::addColumn<uint>("keyCode");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("Page Up") << 0x21u << int(Qt::Key_PageUp);
+        QTest::newRow("Page Down") << 0x22u << int(Qt::Key_PageDown);
+        QTest::newRow("T") << 0x54u << int(Qt::Key_T);
+        QTest::newRow("keypad 3") << 0x63u << int(Qt::Key_3);
+        QTest::newRow("keypad +") << 0x6Bu << int(Qt::Key_Plus);
+        QTest::newRow("Tab") << 0x09u << int(Qt::Key_Tab);
+        QTest::newRow("OEM plus") << 0xBBu << int(Qt::Key_Equal);
+        QTest::newRow("F12") << 0x7Bu << int(Qt::Key_F12);
+        QTest::newRow("unknown") << 0xFFu << 0;
+    }
+
+    void qtKeyFromVirtualKey()
+    {
+        QFETCH(uint, keyCode);
+        QFETCH(int, expected);
+        QCOMPARE(VosShortcut::QtKeyFromVirtualKey(keyCode), expected);
+    }
+
+    void modifierMask_data()
+    {
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<uint>("expected");
+        QTest::newRow("none") << int(Qt::NoModifier) << 0u;
+        QTest::newRow("Alt") << int(Qt::AltModifier) << 1u;
+        QTest::newRow("Ctrl") << int(Qt::ControlModifier) << 2u;
+        QTest::newRow("Shift") << int(Qt::ShiftModifier) << 4u;
+        QTest::newRow("Alt+Shift") << int(Qt::AltModifier | Qt::ShiftModifier) << 5u;
+        QTest::newRow("Ctrl+Shift") << int(Qt::ControlModifier | Qt::ShiftModifier) << 6u;
+        QTest::newRow("Ctrl+Alt") << int(Qt::ControlModifier | Qt::AltModifier) << 3u;
+        QTest::newRow("all three") << int(Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier) << 7u;
+        QTest::newRow("keypad is not a modifier") << int(Qt::KeypadModifier | Qt::ControlModifier) << 2u;
+    }
+
+    void modifierMask()
+    {
+        QFETCH(int, modifiers);
+        QFETCH(uint, expected);
+        QCOMPARE(VosShortcut::ModifierMaskFromQt(Qt::KeyboardModifiers(modifiers)), expected);
+    }
+
+    void registrationKeepsOrderAndIgnoresRepeats()
+    {
+        KeyWidget widget;
+        VosShortcut shortcut(&widget, Qt::WidgetShortcut);
+        shortcut.AddShortcut(0x74, 0);
+        shortcut.AddShortcut(0x52, 2);
+        shortcut.AddShortcut(0x74, 0);
+        shortcut.AddShortcut(0x74, 2);
+        const QList<Activation> expected{{0x74, 0}, {0x52, 2}, {0x74, 2}};
+        QCOMPARE(shortcut.Shortcuts(), expected);
+        QVERIFY(!shortcut.IsBrowser());
+        shortcut.SetBrowser(true);
+        QVERIFY(shortcut.IsBrowser());
+        QCOMPARE(shortcut.Widget(), static_cast<QWidget *>(&widget));
+        QCOMPARE(shortcut.Context(), Qt::WidgetShortcut);
+    }
+
+    void registeredPressIsReportedAndConsumed_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<uint>("keyCode");
+        QTest::addColumn<uint>("mask");
+        QTest::newRow("Ctrl+T") << int(Qt::Key_T) << int(Qt::ControlModifier) << 0x54u << 2u;
+        QTest::newRow("F5") << int(Qt::Key_F5) << int(Qt::NoModifier) << 0x74u << 0u;
+        QTest::newRow("Ctrl+keypad 3") << int(Qt::Key_3) << int(Qt::ControlModifier | Qt::KeypadModifier) << 0x63u << 2u;
+        QTest::newRow("Ctrl+Shift+Tab") << int(Qt::Key_Backtab) << int(Qt::ControlModifier | Qt::ShiftModifier) << 0x09u << 6u;
+        QTest::newRow("Alt+Shift+Up") << int(Qt::Key_Up) << int(Qt::AltModifier | Qt::ShiftModifier) << 0x26u << 5u;
+        QTest::newRow("Ctrl+=") << int(Qt::Key_Equal) << int(Qt::ControlModifier) << 0xBBu << 2u;
+    }
+
+    void registeredPressIsReportedAndConsumed()
+    {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QFETCH(uint, keyCode);
+        QFETCH(uint, mask);
+
+        KeyWidget widget;
+        widget.show();
+        VosShortcut shortcut(&widget, Qt::WidgetShortcut);
+        shortcut.AddShortcut(keyCode, mask);
+        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
+
+        QTest::keyClick(&widget, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(Activations(spy), QList<Activation>{qMakePair(keyCode, mask)});
+        QVERIFY(widget.pressed.isEmpty());
+    }
+
+    void otherPressesPassOn_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::newRow("unregistered key") << int(Qt::Key_Y) << int(Qt::ControlModifier);
+        QTest::newRow("registered key, other modifiers") << int(Qt::Key_T) << int(Qt::ControlModifier | Qt::ShiftModifier);
+        QTest::newRow("registered key, no modifier") << int(Qt::Key_T) << int(Qt::NoModifier);
+        QTest::newRow("Meta held") << int(Qt::Key_T) << int(Qt::ControlModifier | Qt::MetaModifier);
+        QTest::newRow("main 3 for keypad 3") << int(Qt::Key_3) << int(Qt::ControlModifier);
+        QTest::newRow("keypad + for OEM plus") << int(Qt::Key_Plus) << int(Qt::ControlModifier | Qt::KeypadModifier);
+    }
+
+    void otherPressesPassOn()
+    {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+
+        KeyWidget widget;
+        widget.show();
+        VosShortcut shortcut(&widget, Qt::WidgetShortcut);
+        shortcut.AddShortcut(0x54, 2);
+        shortcut.AddShortcut(0x63, 2);
+        shortcut.AddShortcut(0xBB, 2);
+        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
+
+        QTest::keyClick(&widget, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(spy.count(), 0);
+        QCOMPARE(widget.pressed, QList<int>{key});
+    }
+
+    void contexts_data()
+    {
+        QTest::addColumn<int>("context");
+        QTest::addColumn<bool>("browser");
+        QTest::addColumn<bool>("onWidget");
+        QTest::addColumn<bool>("onChild");
+        QTest::addColumn<bool>("onSibling");
+        QTest::addColumn<bool>("onOtherWindow");
+        QTest::newRow("widget") << int(Qt::WidgetShortcut) << false << true << false << false << false;
+        QTest::newRow("widget, browser mode") << int(Qt::WidgetShortcut) << true << true << true << false << false;
+        QTest::newRow("widget with children") << int(Qt::WidgetWithChildrenShortcut) << false << true << true << false << false;
+        QTest::newRow("window") << int(Qt::WindowShortcut) << false << true << true << true << false;
+        QTest::newRow("application") << int(Qt::ApplicationShortcut) << false << true << true << true << true;
+    }
+
+    void contexts()
+    {
+        QFETCH(int, context);
+        QFETCH(bool, browser);
+        QFETCH(bool, onWidget);
+        QFETCH(bool, onChild);
+        QFETCH(bool, onSibling);
+        QFETCH(bool, onOtherWindow);
+
+        // Geometry by hand: a layout on a top-level window makes the offscreen
+        // platform complain about size hints it cannot pass on.
+        QWidget window;
+        window.resize(200, 200);
+        auto *widget = new KeyWidget(&window);
+        widget->setGeometry(0, 0, 200, 100);
+        auto *child = new KeyWidget(widget);
+        child->setGeometry(10, 10, 50, 50);
+        auto *sibling = new KeyWidget(&window);
+        sibling->setGeometry(0, 100, 200, 100);
+        KeyWidget otherWindow;
+        window.show();
+        otherWindow.show();
+
+        VosShortcut shortcut(widget, Qt::ShortcutContext(context));
+        shortcut.SetBrowser(browser);
+        shortcut.AddShortcut(0x57, 2);
+        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
+
+        const auto reported = [&spy](QWidget *target) {
+            spy.clear();
+            QTest::keyClick(target, Qt::Key_W, Qt::ControlModifier);
+            return spy.count() == 1;
+        };
+        QCOMPARE(reported(widget), onWidget);
+        QCOMPARE(reported(child), onChild);
+        QCOMPARE(reported(sibling), onSibling);
+        QCOMPARE(reported(&otherWindow), onOtherWindow);
+    }
+
+    void hiddenWidgetDoesNotTakeWindowPresses()
+    {
+        QWidget window;
+        auto *widget = new KeyWidget(&window);
+        auto *sibling = new KeyWidget(&window);
+        window.show();
+        widget->hide();
+        VosShortcut shortcut(widget, Qt::WindowShortcut);
+        shortcut.AddShortcut(0x57, 2);
+        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
+        QTest::keyClick(sibling, Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(spy.count(), 0);
+        QCOMPARE(sibling->pressed, QList<int>{Qt::Key_W});
+    }
+
+    void autoRepeatReportsAgain()
+    {
+        KeyWidget widget;
+        widget.show();
+        VosShortcut shortcut(&widget, Qt::WidgetShortcut);
+        shortcut.AddShortcut(0x09, 2);
+        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
+        QTest::keyPress(&widget, Qt::Key_Tab, Qt::ControlModifier);
+        QKeyEvent repeat(QEvent::KeyPress, Qt::Key_Tab, Qt::ControlModifier, QString(), true);
+        QApplication::sendEvent(&widget, &repeat);
+        QTest::keyRelease(&widget, Qt::Key_Tab, Qt::ControlModifier);
+        QCOMPARE(spy.count(), 2);
+    }
+
+    void destroyedWidgetStopsReports()
+    {
+        auto *widget = new KeyWidget;
+        widget->show();
+        VosShortcut shortcut(widget, Qt::WidgetWithChildrenShortcut);
+        shortcut.AddShortcut(0x57, 2);
+        delete widget;
+        QCOMPARE(shortcut.Widget(), nullptr);
+
+        KeyWidget other;
+        other.show();
+        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
+        QTest::keyClick(&other, Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(spy.count(), 0);
+        QCOMPARE(other.pressed, QList<int>{Qt::Key_W});
+    }
+
+    void destroyedShortcutStopsWatching()
+    {
+        KeyWidget widget;
+        widget.show();
+        {
+            VosShortcut shortcut(&widget, Qt::WidgetShortcut);
+            shortcut.AddShortcut(0x57, 2);
+            QTest::keyClick(&widget, Qt::Key_W, Qt::ControlModifier);
+            QVERIFY(widget.pressed.isEmpty());
+        }
+        QTest::keyClick(&widget, Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(widget.pressed, QList<int>{Qt::Key_W});
+    }
+};
+
+KELTAB_TEST_MAIN(TstVosShortcut)
+#include "tst_vosshortcut.moc"
