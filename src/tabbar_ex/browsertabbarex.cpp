@@ -233,7 +233,16 @@ void BrowserTabBarEx::removeTab(int index)
         lostCurrent = true;
     }
 
-    ResizeButtons();
+    if (!d->closing) {
+        ResizeButtons();
+    } else if (!d->closedLast) {
+        // Closing mode: the tabs right of the gap slide left by one width and keep
+        // theirs, so the next close button arrives under the pointer.
+        TabBarExGeometry::SetFixedWidth(d->contentStrip, d->contentStrip->width() - d->buttonWidth);
+        ResetDelayButtons();
+    } else {
+        ResizeLastButtons();
+    }
     if (lostCurrent)
         Q_EMIT currentChanged(-1);
 }
@@ -257,10 +266,14 @@ void BrowserTabBarEx::setCurrentIndex(int index)
     }
     // Stacking only matters between the current tab and the others (a wide current
     // tab, a dragged one); the rest never overlap, so only the old current goes down.
-    if (d->IsValidIndex(previous))
+    // A dragged button floats above the strip in the viewport; lowered, it would vanish behind it.
+    if (d->IsValidIndex(previous) && !d->buttons.at(previous)->IsPressed())
         d->buttons.at(previous)->lower();
 
-    ResizeButtons();
+    if (d->closing)
+        ResizeDelayButtons();
+    else
+        ResizeButtons();
     Q_EMIT currentChanged(index);
 }
 
@@ -492,18 +505,122 @@ void BrowserTabBarEx::ResizeButtons()
 
 void BrowserTabBarEx::ResetButtons()
 {
-    if (!d->buttons.isEmpty()) {
-        const int top = ButtonTop();
-        int x = 0;
-        for (int i = qMax(0, FixedTabCount()); i < d->buttons.size(); ++i) {
-            BrowserTabButtonEx *button = d->buttons.at(i);
-            TabBarExGeometry::Move(button, QPoint(x, top));
-            x += button->width();
-        }
-    }
+    if (!d->buttons.isEmpty())
+        PlaceScrollingButtons();
     SetContentWidth();
     ResetSeparator();
     UpdateButtonForms();
+}
+
+// The scrolling tabs side by side from the strip's start, each at its present width.
+// A tab under a drag floats in the viewport where the pointer holds it; its slot stays
+// empty as a gap.
+void BrowserTabBarEx::PlaceScrollingButtons()
+{
+    const int top = ButtonTop();
+    int x = 0;
+    for (int i = qMax(0, FixedTabCount()); i < d->buttons.size(); ++i) {
+        BrowserTabButtonEx *button = d->buttons.at(i);
+        if (!d->dragging || button != d->pressedButton)
+            TabBarExGeometry::Move(button, QPoint(x, top));
+        x += button->width();
+    }
+}
+
+// ---------------------------------------------------------------------------
+// Closing mode: after a close button the tabs keep their widths under the pointer
+// until it leaves the bar.
+
+void BrowserTabBarEx::ResetDelayButtons()
+{
+    if (!d->buttons.isEmpty())
+        PlaceScrollingButtons();
+    // The strip may have become shorter than the scrolled view: the arrows say so.
+    if (d->overflow)
+        UpdateArrowState();
+    ResetSeparator();
+    UpdateButtonForms();
+}
+
+// The rightmost tab went: nothing can slide into its place, so the strip itself moves
+// right by one tab, bringing the new last tab's close button under the pointer.
+void BrowserTabBarEx::ResizeLastButtons()
+{
+    if (d->buttons.isEmpty())
+        return;
+    if (d->scrollOffset + d->buttonWidth > 0) {
+        // Less than a tab is scrolled off: snap to the start and fit the tabs into what
+        // is left of the strip, which may end the overflow.
+        TabBarExGeometry::Move(d->contentStrip, QPoint(0, 0));
+        TabBarExGeometry::SetFixedWidth(d->contentStrip, d->contentStrip->width() + d->scrollOffset);
+        d->scrollOffset = 0;
+        ResizeDelayArea();
+        return;
+    }
+    TabBarExGeometry::SetFixedWidth(d->contentStrip, d->contentStrip->width() - d->buttonWidth);
+    d->animationStart = d->scrollOffset;
+    d->animationTarget = d->scrollOffset + d->buttonWidth;
+    // Four ticks of 20 ms: quick enough to be under the pointer before the next click.
+    d->animationStep = d->buttonWidth / 4;
+    d->arrowTimer.start();
+}
+
+void BrowserTabBarEx::ResizeDelayArea()
+{
+    if (d->buttons.isEmpty())
+        return;
+    if (d->overflow) {
+        // Without arrows the tabs would also have the arrow part of the left frame.
+        ComputeButtonWidth(d->contentStrip->width() + ArrowPartWidth());
+        if (!d->overflow) {
+            const int fixedTotal = FixedTabTotalWidth();
+            TabBarExGeometry::SetFixedSize(d->viewport, QSize(width() - S(kRightMargin) - fixedTotal, height()));
+            TabBarExGeometry::Move(d->viewport, QPoint(fixedTotal, 0));
+            TabBarExGeometry::SetFixedWidth(d->contentStrip, d->contentStrip->width() + ArrowPartWidth());
+            TabBarExGeometry::Move(d->contentStrip, QPoint(0, 0));
+            d->leftArrowFrame->hide();
+            d->rightArrowFrame->hide();
+            d->scrollOffset = 0;
+            ResizeDelayButtons();
+            return;
+        }
+    }
+    ComputeButtonWidth(d->contentStrip->width());
+    ResizeDelayButtons();
+}
+
+// Widths for the present strip, which keeps its width: the pixels that the division
+// leaves over go one each to the tabs from the left.
+void BrowserTabBarEx::ResizeDelayButtons()
+{
+    if (d->buttons.isEmpty())
+        return;
+    const int fixedCount = qMax(0, FixedTabCount());
+    const int count = d->buttons.size();
+    const int stripWidth = d->contentStrip->width();
+    d->extraPixels = 0;
+    if (d->buttonWidth != MaxButtonWidth()) {
+        const int n = count - fixedCount;
+        if (d->currentIndex < fixedCount)
+            d->extraPixels = qMax(stripWidth - n * d->buttonWidth, 0);
+        else
+            d->extraPixels = qMax(stripWidth - (n - 1) * d->buttonWidth - d->currentButtonWidth, 0);
+    }
+    const int height = ButtonHeight();
+    int seen = 0;
+    for (int i = fixedCount; i < count; ++i) {
+        BrowserTabButtonEx *button = d->buttons.at(i);
+        if (i == d->currentIndex) {
+            seen = 1;
+            TabBarExGeometry::SetFixedSize(button, QSize(d->currentButtonWidth, height));
+            continue;
+        }
+        // Compared by list index, fixed tabs included: with fixed tabs one pixel fewer
+        // than extraPixels is handed out. Kept so, the look users know.
+        const int extra = (i - seen) < d->extraPixels ? 1 : 0;
+        TabBarExGeometry::SetFixedSize(button, QSize(d->buttonWidth + extra, height));
+    }
+    ResetDelayButtons();
 }
 
 // A strip of hundreds of tabs shows a dozen: only buttons in or near the viewport hold
@@ -834,8 +951,12 @@ void BrowserTabBarEx::SlotChangeClicked(TabDataPtr tab)
 void BrowserTabBarEx::SlotCloseClicked(TabDataPtr tab)
 {
     const int index = GetIndexByTabData(tab);
-    if (index >= 0)
-        Q_EMIT tabCloseRequested(index);
+    if (index < 0)
+        return;
+    // Set before the request: the host usually removes the tab from inside it.
+    d->closing = true;
+    d->closedLast = index == d->buttons.size() - 1;
+    Q_EMIT tabCloseRequested(index);
 }
 
 void BrowserTabBarEx::SlotIconClicked(TabDataPtr tab)
