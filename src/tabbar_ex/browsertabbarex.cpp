@@ -6,6 +6,7 @@
 #include "browsertabmoveproxyex.h"
 #include "dpitool.h"
 #include "tabbarexgeometry_p.h"
+#include "tabdragorder_p.h"
 #include "tablookup_p.h"
 
 #include <QCursor>
@@ -82,7 +83,13 @@ BrowserTabBarEx::~BrowserTabBarEx()
     d->delayTimer.stop();
     if (d->moveProxy) {
         disconnect(d->moveProxy.get(), nullptr, this, nullptr);
-        d->moveProxy.reset();
+        if (d->endingDrag) {
+            // Deleted from inside TabButtonMoved(): the popup is still in its own hide,
+            // which reported the end of the drag. It goes once that is over.
+            d->moveProxy.release()->deleteLater();
+        } else {
+            d->moveProxy.reset();
+        }
     }
     // Buttons, also those removed and waiting for deletion, are torn down by QWidget
     // after this destructor: by then this object is no longer a BrowserTabBarEx and
@@ -215,7 +222,13 @@ void BrowserTabBarEx::removeTab(int index)
 
     if (d->pressedButton == button) {
         d->pressedButton = nullptr;
-        d->dragging = false;
+        if (d->dragging) {
+            d->dragging = false;
+            d->arrowTimer.stop(); // the edge scroll of the drag
+        }
+        // The popup would go on holding the mouse for a tab that is gone; its release
+        // finds no pressed button and ends nothing else.
+        d->moveProxy->hide();
     }
 
     d->buttons.removeAt(index);
@@ -729,6 +742,45 @@ void BrowserTabBarEx::SetPressedSeparator()
 
 void BrowserTabBarEx::SortButtons()
 {
+    const int fixedCount = qMax(0, FixedTabCount());
+    int dragged = -1;
+    for (int i = d->buttons.size() - 1; i >= fixedCount; --i) {
+        if (d->buttons.at(i)->IsPressed()) {
+            dragged = i;
+            break;
+        }
+    }
+    if (dragged < 0)
+        return;
+    BrowserTabButtonEx *button = d->buttons.at(dragged);
+    // Edges in the strip's coordinates: the button floats in the viewport.
+    const int left = button->x() - d->scrollOffset;
+    const int right = left + button->width();
+    const auto span = [this](int j) {
+        const BrowserTabButtonEx *other = d->buttons.at(j);
+        return qMakePair(other->x(), other->width());
+    };
+    const int target = TabDragOrder::Target(d->buttons.size(), dragged, qMax(0, d->firstIndex), left, right,
+                                            d->contentStrip->width(), span);
+    if (target < 0)
+        return;
+    BrowserTabButtonEx *current = d->IsValidIndex(d->currentIndex) ? d->buttons.at(d->currentIndex) : nullptr;
+    d->buttons.move(dragged, target);
+    // The press made the dragged tab current, so the index follows it; should the host
+    // have chosen another tab meanwhile, the index follows that one. No currentChanged:
+    // the current tab stays the same tab.
+    d->currentIndex = current ? d->buttons.indexOf(current) : -1;
+    ResetSortButtons();
+}
+
+// The other tabs close up around the gap of the dragged one.
+void BrowserTabBarEx::ResetSortButtons()
+{
+    PlaceScrollingButtons();
+    SetPressedSeparator();
+    if (d->overflow)
+        CheckAreaOffset();
+    UpdateButtonForms();
 }
 
 void BrowserTabBarEx::resizeEvent(QResizeEvent *event)
@@ -976,14 +1028,91 @@ void BrowserTabBarEx::SlotMenuClicked(TabDataPtr tab)
 
 void BrowserTabBarEx::SlotButtonPressed()
 {
+    auto *button = qobject_cast<BrowserTabButtonEx *>(sender());
+    if (!button)
+        return;
+    // Only scrolling tabs move. A fixed tab lies in the fixed area's coordinates (so
+    // does a tab made while the fixed area was not yet full): it would float off into
+    // the viewport and land in the strip.
+    const int index = d->buttons.indexOf(button);
+    if (index < qMax(0, FixedTabCount()) || button->parentWidget() != d->contentStrip)
+        return;
+    // While a press is under way the popup holds the mouse: a second press can only come
+    // from code, and would strand the first tab.
+    if (d->pressedButton)
+        return;
+    const QPoint cursor = QCursor::pos();
+    d->pressedButton = button;
+    d->pressOffset = QPoint(button->x() - cursor.x() + d->scrollOffset, button->y());
+    d->moveProxy->SetStartPoint(cursor);
+    d->moveProxy->show();
 }
 
 void BrowserTabBarEx::SlotButtonMove()
 {
+    BrowserTabButtonEx *button = d->pressedButton;
+    if (!button)
+        return;
+    if (!d->dragging) {
+        d->dragging = true;
+        // Above the strip and clipped by the viewport, the tab floats over the others
+        // while they close up around its slot.
+        button->setParent(d->viewport);
+        button->show();
+        button->raise();
+    }
+    if (!button->IsPressed())
+        button->SetPressed();
+
+    const int viewportWidth = d->viewport->width();
+    const int maxX = viewportWidth - button->width();
+    const int x = qMax(0, qMin(QCursor::pos().x() + d->pressOffset.x(), maxX));
+    const QPoint pos(x, d->pressOffset.y());
+    if (pos != button->pos()) {
+        button->move(pos);
+        SortButtons();
+    }
+
+    if (!d->overflow)
+        return;
+    // Held against an edge, the strip scrolls under the tab; each tick sorts again.
+    if (x == 0) {
+        if (!d->arrowTimer.isActive()) {
+            d->animationTarget = 0;
+            d->animationStep = ScrollStep() / 5;
+            StartArrowTimer();
+        }
+    } else if (x == maxX) {
+        if (!d->arrowTimer.isActive()) {
+            d->animationTarget = viewportWidth - d->contentStrip->width();
+            d->animationStep = ScrollStep() / 5;
+            StartArrowTimer();
+        }
+    } else {
+        d->arrowTimer.stop();
+    }
 }
 
 void BrowserTabBarEx::SlotButtonRelease()
 {
+    BrowserTabButtonEx *button = d->pressedButton;
+    if (!button)
+        return;
+    d->arrowTimer.stop();
+    d->dragging = false;
+    // A press without motion never left the strip.
+    if (button->parentWidget() != d->contentStrip)
+        button->setParent(d->contentStrip);
+    button->show();
+    ResetButtons();
+    button->SetReleased();
+    d->pressedButton = nullptr;
+    // The host may delete the bar from inside.
+    const QPointer<BrowserTabBarEx> self(this);
+    d->endingDrag = true;
+    TabButtonMoved();
+    if (self)
+        d->endingDrag = false;
 }
 
 void BrowserTabBarEx::SlotDelayTimeout()

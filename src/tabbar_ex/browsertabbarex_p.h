@@ -37,6 +37,7 @@ public:
     bool dragging = false;        // a pressed button has moved and floats in the viewport
     bool overflow = false;        // the scrolling tabs do not fit; arrows shown
     bool keepCurrentWide = false; // the current tab keeps the maximum width
+    bool endingDrag = false;      // TabButtonMoved() runs, inside the popup's hide
 
     int currentIndex = -1;
     int firstIndex = 0;     // lowest index a dragged tab may take

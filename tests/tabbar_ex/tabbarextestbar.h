@@ -11,6 +11,7 @@
 
 #include <QFrame>
 #include <QList>
+#include <QMoveEvent>
 #include <QPair>
 #include <QPoint>
 #include <QString>
@@ -122,6 +123,37 @@ public:
 };
 
 namespace TabTest {
+
+/** Records every x the watched widget is moved to (a shown widget hears of its moves). */
+class MoveRecorder : public QObject
+{
+public:
+    explicit MoveRecorder(QWidget *watched)
+        : QObject(watched)
+    {
+        watched->installEventFilter(this);
+    }
+    QList<int> xs;
+    /** The differences between successive positions, the first one from @p from. */
+    QList<int> Steps(int from) const
+    {
+        QList<int> steps;
+        int last = from;
+        for (int x : xs) {
+            steps << x - last;
+            last = x;
+        }
+        return steps;
+    }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Move)
+            xs << static_cast<QMoveEvent *>(event)->pos().x();
+        return false;
+    }
+};
 
 inline TabDataPtr MakeTab(TabData::TabType type, const QString &title, const QString &id = QString())
 {

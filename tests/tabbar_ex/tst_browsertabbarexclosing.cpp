@@ -18,26 +18,6 @@ using namespace TabTest;
 
 namespace {
 
-// Records every x the watched widget is moved to.
-class MoveRecorder : public QObject
-{
-public:
-    explicit MoveRecorder(QWidget *watched)
-        : QObject(watched)
-    {
-        watched->installEventFilter(this);
-    }
-    QList<int> xs;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Move)
-            xs << static_cast<QMoveEvent *>(event)->pos().x();
-        return false;
-    }
-};
-
 QList<int> Repeat(int value, int times)
 {
     QList<int> list;
