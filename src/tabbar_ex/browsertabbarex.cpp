@@ -5,10 +5,12 @@
 #include "browsertabbuttonex.h"
 #include "browsertabmoveproxyex.h"
 #include "dpitool.h"
+#include "kelmenu.h"
 #include "tabbarexgeometry_p.h"
 #include "tabdragorder_p.h"
 #include "tablookup_p.h"
 
+#include <QAction>
 #include <QCursor>
 #include <QFrame>
 #include <QWheelEvent>
@@ -155,6 +157,41 @@ void BrowserTabBarEx::InitMoveProxy()
 
 void BrowserTabBarEx::InitMenu()
 {
+    if (d->menu)
+        return;
+    setContextMenuPolicy(Qt::CustomContextMenu);
+
+    const auto makeAction = [this](const QString &text, void (BrowserTabBarEx::*slot)()) {
+        auto *action = new QAction(text, this);
+        connect(action, &QAction::triggered, this, slot);
+        return action;
+    };
+    d->refreshAction = makeAction(tr("Refresh tab"), &BrowserTabBarEx::SlotRefreshTab);
+    d->addFavAction = makeAction(tr("Add Fav"), &BrowserTabBarEx::SlotAddFav);
+    d->copyLinkAction = makeAction(tr("Copy link"), &BrowserTabBarEx::SlotCopyLink);
+    d->openInBrowserAction = makeAction(tr("Open in Browser"), &BrowserTabBarEx::SlotOpenInBrowser);
+    d->closeCurAction = makeAction(tr("Close tab"), &BrowserTabBarEx::SlotCloseCurTab);
+    d->closeOtherAction = makeAction(tr("Close other tabs"), &BrowserTabBarEx::SlotCloseOtherTab);
+    d->closeRightAction = makeAction(tr("Close right tabs"), &BrowserTabBarEx::SlotCloseRightTab);
+    d->closeLeftAction = makeAction(tr("Close left tabs"), &BrowserTabBarEx::SlotCloseLeftTab);
+
+    d->menu = new KelMenu(this);
+    d->menu->setObjectName(QStringLiteral("BrowserTabBarMenu"));
+    d->menu->addAction(d->refreshAction);
+    d->menu->addAction(d->addFavAction);
+    d->menu->addAction(d->copyLinkAction);
+    d->menu->addAction(d->openInBrowserAction);
+    d->upperSeparator = d->menu->addSeparator();
+    d->menu->addAction(d->closeCurAction);
+    d->menu->addAction(d->closeOtherAction);
+    d->menu->addAction(d->closeRightAction);
+    d->menu->addAction(d->closeLeftAction);
+
+    if (IsShowRecoveryItem()) {
+        d->recoveryAction = makeAction(tr("Recover recently closed tabs"), &BrowserTabBarEx::SlotRecoverRecentlyTab);
+        d->recoverySeparator = d->menu->addSeparator();
+        d->menu->addAction(d->recoveryAction);
+    }
 }
 
 // ---------------------------------------------------------------------------
@@ -235,7 +272,10 @@ void BrowserTabBarEx::removeTab(int index)
     disconnect(button, nullptr, this, nullptr);
     // Hidden at once so that it is not painted under its neighbours until deleted.
     button->hide();
-    button->deleteLater();
+    if (d->menuRunning)
+        d->retiredButtons.append(button);
+    else
+        button->deleteLater();
 
     bool lostCurrent = false;
     if (index < d->currentIndex) {
@@ -1023,7 +1063,69 @@ void BrowserTabBarEx::SlotIconClicked(TabDataPtr tab)
 
 void BrowserTabBarEx::SlotMenuClicked(TabDataPtr tab)
 {
-    Q_UNUSED(tab)
+    if (!tab || !d->menu || d->menuRunning)
+        return;
+    const int index = GetIndexByTabData(tab);
+    if (index < 0)
+        return;
+    d->menuIndex = index;
+    CheckMenuVisible(tab);
+    CheckMenuEnable();
+
+    // The command slots run inside exec(): the host may remove tabs there, or delete
+    // the bar (and the menu with it).
+    const QPointer<BrowserTabBarEx> self(this);
+    d->menuRunning = true;
+    d->menu->exec(QCursor::pos());
+    if (!self)
+        return;
+    d->menuRunning = false;
+    ReleaseRetiredButtons();
+    ResizeButtons();
+}
+
+void BrowserTabBarEx::ReleaseRetiredButtons()
+{
+    const QList<QPointer<BrowserTabButtonEx>> retired = d->retiredButtons;
+    d->retiredButtons.clear();
+    for (const QPointer<BrowserTabButtonEx> &button : retired) {
+        if (button)
+            button->deleteLater();
+    }
+}
+
+void BrowserTabBarEx::CheckMenuVisible(TabDataPtr tab)
+{
+    if (!d->menu || !tab)
+        return;
+    bool refresh = false;
+    bool addFav = false;
+    bool links = false;
+    if (tab->IsWeb() || tab->IsWebPopup()) {
+        refresh = addFav = links = true;
+    } else if (tab->IsPlugin()) {
+        refresh = addFav = true;
+    } else if (tab->IsHomePage()) {
+        refresh = true;
+    }
+    d->refreshAction->setVisible(refresh);
+    d->addFavAction->setVisible(addFav);
+    d->copyLinkAction->setVisible(links);
+    d->openInBrowserAction->setVisible(links);
+    // Without an entry above it the separator would open the menu.
+    d->upperSeparator->setVisible(refresh);
+}
+
+void BrowserTabBarEx::CheckMenuEnable()
+{
+    if (!d->menu)
+        return;
+    d->closeCurAction->setEnabled(CheckCloseCurItem(d->menuIndex));
+    d->closeRightAction->setEnabled(CheckCloseRightItem(d->menuIndex));
+    d->closeOtherAction->setEnabled(CheckCloseOtherItem(d->menuIndex));
+    d->closeLeftAction->setEnabled(CheckCloseLeftItem(d->menuIndex));
+    if (d->recoveryAction && IsShowRecoveryItem())
+        d->recoveryAction->setEnabled(CheckRecoveryItem());
 }
 
 void BrowserTabBarEx::SlotButtonPressed()
