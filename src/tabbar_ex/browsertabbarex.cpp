@@ -452,6 +452,11 @@ int BrowserTabBarEx::CurrentButtonWidth() const
     return d->currentButtonWidth;
 }
 
+bool BrowserTabBarEx::IsAnimating() const
+{
+    return d->arrowTimer.isActive();
+}
+
 // ---------------------------------------------------------------------------
 // Sizes
 
@@ -611,6 +616,9 @@ void BrowserTabBarEx::ResizeLastButtons()
         return;
     }
     TabBarExGeometry::SetFixedWidth(d->contentStrip, d->contentStrip->width() - d->buttonWidth);
+    // Nothing moves when the rightmost tab went. But while closing mode lasts the host
+    // may remove any tab: the others close up all the same.
+    ResetDelayButtons();
     d->animationStart = d->scrollOffset;
     d->animationTarget = d->scrollOffset + d->buttonWidth;
     // Four ticks of 20 ms: quick enough to be under the pointer before the next click.

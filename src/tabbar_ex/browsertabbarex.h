@@ -312,6 +312,12 @@ protected:
     bool IsOverflow() const;
     /** Width given to the current scrolling tab. */
     int CurrentButtonWidth() const;
+    /**
+     * True while the strip scrolls by itself, a step every 20 ms: after an arrow click,
+     * while an arrow is held, after a wheel turn or showIndex(), while a dragged tab is
+     * held against an edge, and while the strip slides after the rightmost tab closed.
+     */
+    bool IsAnimating() const;
 
     void resizeEvent(QResizeEvent *event) override;
     void leaveEvent(QEvent *event) override;

@@ -27,6 +27,7 @@ public:
     using BrowserTabBarEx::ComputeButtonWidth;
     using BrowserTabBarEx::CreateTabButton;
     using BrowserTabBarEx::CurrentButtonWidth;
+    using BrowserTabBarEx::IsAnimating;
     using BrowserTabBarEx::IsOverflow;
     using BrowserTabBarEx::ResetButtons;
     using BrowserTabBarEx::ResetSeparator;

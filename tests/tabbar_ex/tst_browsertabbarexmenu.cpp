@@ -10,9 +10,11 @@
 #include "dpitool.h"
 #include "kelmenu.h"
 #include "tabbarextestbar.h"
+#include "vosimagecache.h"
 
 #include <QAction>
 #include <QPointer>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QWindow>
 
@@ -75,6 +77,7 @@ class TstBrowserTabBarExMenu : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
     void cleanupTestCase();
@@ -89,6 +92,7 @@ private Q_SLOTS:
     void recoveryEnabledByPolicy();
     void commandsEmitForMenuTab_data();
     void commandsEmitForMenuTab();
+    void addFavCarriesIconPosition_data();
     void addFavCarriesIconPosition();
     void menuOpensAtCursor();
     void closeTabFromMenuLaysOutAtOnce();
@@ -106,6 +110,7 @@ private Q_SLOTS:
 private:
     std::unique_ptr<QWidget> m_window;
     PolicyBar *m_bar = nullptr;
+    QTemporaryDir m_dir;
 
     PolicyBar *MakeBar(int scrolling, bool init = true);
     KelMenu *Menu() const { return m_bar ? m_bar->findChild<KelMenu *>(QStringLiteral("BrowserTabBarMenu")) : nullptr; }
@@ -118,6 +123,13 @@ private:
     void Pick(int index, int position);
     static MenuState Read(KelMenu *menu);
 };
+
+void TstBrowserTabBarExMenu::initTestCase()
+{
+    // Plug-in tabs ask the icon cache for their icons.
+    QVERIFY(m_dir.isValid());
+    VosImageCache::Instance()->SetCacheDirectory(m_dir.filePath(QStringLiteral("cache")));
+}
 
 void TstBrowserTabBarExMenu::init()
 {
@@ -135,6 +147,7 @@ void TstBrowserTabBarExMenu::cleanup()
 
 void TstBrowserTabBarExMenu::cleanupTestCase()
 {
+    VosImageCache::ReleaseInstance();
     DpiTool::SetScaleFactor(0);
 }
 
@@ -427,8 +440,19 @@ void TstBrowserTabBarExMenu::commandsEmitForMenuTab()
     QCOMPARE(m_bar->count(), 5);
 }
 
+void TstBrowserTabBarExMenu::addFavCarriesIconPosition_data()
+{
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<QPoint>("offset"); // of the icon in the button: (12, 8) scaled
+    QTest::newRow("1.0") << 1.0 << QPoint(12, 8);
+    QTest::newRow("1.5") << 1.5 << QPoint(18, 12);
+}
+
 void TstBrowserTabBarExMenu::addFavCarriesIconPosition()
 {
+    QFETCH(double, scale);
+    QFETCH(QPoint, offset);
+    DpiTool::SetScaleFactor(scale);
     MakeBar(4);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
@@ -438,8 +462,8 @@ void TstBrowserTabBarExMenu::addFavCarriesIconPosition()
     QCOMPARE(fav.at(0).at(0).toInt(), 2);
     const QPoint expected = m_bar->TabButton(2)->GetIconGlobalPos();
     QCOMPARE(fav.at(0).at(1).toPoint(), expected);
-    // The icon lies (12, 8) into the button.
-    QCOMPARE(expected, m_bar->TabButton(2)->mapToGlobal(QPoint(12, 8)));
+    QCOMPARE(expected, m_bar->TabButton(2)->mapToGlobal(offset));
+    QVERIFY(expected != QPoint(0, 0));
 }
 
 void TstBrowserTabBarExMenu::menuOpensAtCursor()
