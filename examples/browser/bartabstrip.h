@@ -1,9 +1,11 @@
 #pragma once
 
+#include "signallog.h"
 #include "tabstrip.h"
 
 #include <KelTabContainer/browsertabbarex.h>
 
+#include <QFrame>
 #include <QHBoxLayout>
 #include <QPointer>
 #include <QToolButton>
@@ -29,11 +31,19 @@ class BarTabStrip final : public TabStrip
 public:
     static constexpr bool IsExtended = std::is_base_of<BrowserTabBarEx, BarType>::value;
 
-    explicit BarTabStrip(const ClosedTabStack *closedTabs, QObject *parent = nullptr)
+    /**
+     * @param closedTabs the window's closed tabs, for the bar's recovery entry
+     * @param signalLog  when given, writes down every signal of the bar; it watches
+     *                   the bar before the strip connects, so each signal is logged
+     *                   before those that answering it causes
+     */
+    explicit BarTabStrip(const ClosedTabStack *closedTabs, SignalLog *signalLog = nullptr, QObject *parent = nullptr)
         : TabStrip(parent)
         , m_widget(new QWidget)
         , m_bar(new BarType(closedTabs, m_widget))
     {
+        if (signalLog)
+            signalLog->Watch(m_bar, QFrame::staticMetaObject);
         m_widget->setObjectName(QStringLiteral("TabStripRow"));
         m_widget->setAttribute(Qt::WA_StyledBackground);
         auto *row = new QHBoxLayout(m_widget);

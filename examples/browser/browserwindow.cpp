@@ -31,17 +31,12 @@ namespace {
 
 constexpr int kMessageMs = 5000;
 
-std::unique_ptr<TabStrip> MakeStrip(TabStrip::Kind kind, const ClosedTabStack *closedTabs)
-{
-    Q_UNUSED(kind) // the classic bar is not in this build yet
-    return std::make_unique<BarTabStrip<HomeTabBarEx>>(closedTabs);
-}
-
 } // namespace
 
-BrowserWindow::BrowserWindow(TabStrip::Kind kind, QWidget *parent)
+BrowserWindow::BrowserWindow(TabStrip::Kind kind, SignalLog *signalLog, QWidget *parent)
     : QMainWindow(parent)
     , m_network(new QNetworkAccessManager(this))
+    , m_signalLog(signalLog)
 {
     setObjectName(QStringLiteral("BrowserWindow"));
     setWindowTitle(tr("KelTab Browser"));
@@ -50,7 +45,7 @@ BrowserWindow::BrowserWindow(TabStrip::Kind kind, QWidget *parent)
     InitInput();
     InitNotifications();
 
-    m_strip = MakeStrip(kind, &m_closedTabs);
+    m_strip = MakeStrip(kind);
     ConnectStrip();
     m_layout->insertWidget(0, m_strip->Widget());
 
@@ -187,7 +182,7 @@ void BrowserWindow::SetStripKind(TabStrip::Kind kind)
     const int current = m_strip->CurrentIndex();
 
     m_strip.reset();
-    m_strip = MakeStrip(kind, &m_closedTabs);
+    m_strip = MakeStrip(kind);
     ConnectStrip();
     m_layout->insertWidget(0, m_strip->Widget());
 
@@ -598,6 +593,12 @@ void BrowserWindow::OnFind(const QString &text)
 
 // ---------------------------------------------------------------------------
 // Helpers
+
+std::unique_ptr<TabStrip> BrowserWindow::MakeStrip(TabStrip::Kind kind)
+{
+    Q_UNUSED(kind) // the classic bar is not in this build yet
+    return std::make_unique<BarTabStrip<HomeTabBarEx>>(&m_closedTabs, m_signalLog);
+}
 
 void BrowserWindow::ApplyWindowStyle()
 {

@@ -21,6 +21,7 @@ class NavigationBar;
 class QNetworkAccessManager;
 class QStackedWidget;
 class QVBoxLayout;
+class SignalLog;
 
 /**
  * The demo browser's main window: a host of the library.
@@ -42,7 +43,12 @@ class BrowserWindow : public QMainWindow,
 {
     Q_OBJECT
 public:
-    explicit BrowserWindow(TabStrip::Kind kind, QWidget *parent = nullptr);
+    /**
+     * @param kind      the tab strip to start with
+     * @param signalLog when given, every bar the window makes has its signals written
+     *                  down there (not owned)
+     */
+    explicit BrowserWindow(TabStrip::Kind kind, SignalLog *signalLog = nullptr, QWidget *parent = nullptr);
     ~BrowserWindow() override;
 
     /** Whether this build has the classic bar. */
@@ -116,6 +122,7 @@ private:
     void InitInput();
     void InitNotifications();
     void ConnectStrip();
+    std::unique_ptr<TabStrip> MakeStrip(TabStrip::Kind kind);
     void ApplyWindowStyle();
     void ShowMessage(const QString &text);
 
@@ -151,4 +158,5 @@ private:
     MouseStrokeRecognizer *m_strokes = nullptr;
     std::unique_ptr<BrowserKeyHandler> m_keys;
     QStringList m_favourites;
+    SignalLog *m_signalLog;
 };

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "signallog.h"
-
 #include <QDir>
 #include <QObject>
 #include <QPoint>
@@ -9,6 +7,7 @@
 
 class BrowserWindow;
 class QWidget;
+class SignalLog;
 
 /**
  * A scripted walk through the browser, for machines without a display and for the
@@ -27,7 +26,13 @@ class HeadlessTour : public QObject
 {
     Q_OBJECT
 public:
-    HeadlessTour(BrowserWindow *window, const QString &outputDirectory, QObject *parent = nullptr);
+    /**
+     * @param window          the window to drive, made with @p signalLog
+     * @param signalLog       where the window writes down its bars' signals (not owned)
+     * @param outputDirectory an existing folder for the files
+     */
+    HeadlessTour(BrowserWindow *window, SignalLog *signalLog, const QString &outputDirectory,
+                 QObject *parent = nullptr);
     ~HeadlessTour() override;
 
     /** The window size every screenshot has. */
@@ -36,6 +41,9 @@ public:
     /** Runs every step and writes the files; @return the process exit code. */
     int Run();
     QString OutputDirectory() const;
+
+    /** The heading under which signals.log lists what the window emits while it is made. */
+    static QString WindowOpensHeading();
 
     /** Remembers a Qt warning for warnings.log (called by the program's message handler). */
     static void RecordWarning(const QString &message);
@@ -46,6 +54,7 @@ private:
     void StepArrow();
     void StepWheel();
     void StepDrag(const QString &prefix);
+    void DragLeft(QWidget *button, const QString &prefix);
     void StepCloseWithButtons(const QString &prefix);
     void StepContextMenu(const QString &prefix, const QString &actionText, bool screenshot);
     void StepGesture();
@@ -57,8 +66,9 @@ private:
     void Note(const QString &text);
     void Shot(const QString &name);
     void Settle(int ms);
-    void WatchBar();
 
+    void WaitForStripToRest();
+    void ClickTab(QWidget *tabButton);
     void Click(QWidget *widget, const QPoint &pos, Qt::MouseButton button = Qt::LeftButton);
     void SendMouse(QWidget *widget, int type, const QPoint &pos, Qt::MouseButton button, Qt::MouseButtons buttons,
                    bool moveCursor = true);
@@ -72,7 +82,7 @@ private:
 
     BrowserWindow *m_window;
     QDir m_out;
-    SignalLog m_log;
+    SignalLog *m_log;
     QStringList m_narrative;
     int m_shots = 0;
     bool m_menuSeen = false;

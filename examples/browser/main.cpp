@@ -6,6 +6,7 @@
 
 #include "browserwindow.h"
 #include "headlesstour.h"
+#include "signallog.h"
 
 #include <KelTabContainer/browsermainnotify.h>
 #include <KelTabContainer/imonitorsystem.h>
@@ -117,10 +118,13 @@ int main(int argc, char *argv[])
     const QCommandLineOption classicOption(QStringLiteral("classic"), QStringLiteral("Use the classic tab bar."));
     const QCommandLineOption tourOption(QStringLiteral("tour"),
                                         QStringLiteral("Run the scripted tour offscreen, even with a display."));
+    const QCommandLineOption logOption(QStringLiteral("log-signals"),
+                                       QStringLiteral("Print every signal of the tab bar as it comes."));
     const QCommandLineOption outOption(QStringLiteral("out"), QStringLiteral("Write the tour into <dir>."),
                                        QStringLiteral("dir"));
     parser.addOption(classicOption);
     parser.addOption(tourOption);
+    parser.addOption(logOption);
     parser.addOption(outOption);
     parser.process(app);
 
@@ -136,8 +140,10 @@ int main(int argc, char *argv[])
     }
 
     int rc = 0;
+    SignalLog signalLog;
     if (!tour) {
-        BrowserWindow window(kind);
+        signalLog.SetEcho(parser.isSet(logOption));
+        BrowserWindow window(kind, parser.isSet(logOption) ? &signalLog : nullptr);
         window.resize(HeadlessTour::WindowSize());
         window.show();
         rc = app.exec();
@@ -163,8 +169,9 @@ int main(int argc, char *argv[])
         std::fflush(stdout);
         {
             // The tour always starts with the scrolling bar and switches to the classic one.
-            BrowserWindow window(TabStrip::Kind::Extended);
-            HeadlessTour run(&window, out.absolutePath());
+            signalLog.AddNote(HeadlessTour::WindowOpensHeading());
+            BrowserWindow window(TabStrip::Kind::Extended, &signalLog);
+            HeadlessTour run(&window, &signalLog, out.absolutePath());
             QTimer::singleShot(0, &run, [&run] { QApplication::exit(run.Run()); });
             rc = app.exec();
         }

@@ -5,6 +5,8 @@
 #include <QPoint>
 #include <QVariant>
 
+#include <cstdio>
+
 SignalLog::SignalLog(QObject *parent)
     : QObject(parent)
 {
@@ -15,15 +17,13 @@ SignalLog::~SignalLog()
     Clear();
 }
 
-void SignalLog::Watch(QObject *sender, const QMetaObject &firstClass)
+void SignalLog::Watch(QObject *sender, const QMetaObject &base)
 {
-    if (!sender)
+    if (!sender || !sender->metaObject()->inherits(&base))
         return;
     const QMetaObject *meta = sender->metaObject();
-    // Every class from firstClass down declares methods from its superclass's count on.
-    const QMetaObject *base = firstClass.superClass();
-    const int first = base ? base->methodCount() : 0;
-    for (int i = first; i < meta->methodCount(); ++i) {
+    // The classes below base declare their methods after base's own.
+    for (int i = base.methodCount(); i < meta->methodCount(); ++i) {
         const QMetaMethod method = meta->method(i);
         if (method.methodType() != QMetaMethod::Signal)
             continue;
@@ -43,12 +43,26 @@ void SignalLog::Clear()
 
 void SignalLog::AddNote(const QString &line)
 {
-    m_lines.append(line);
+    Append(line);
 }
 
 QStringList SignalLog::Lines() const
 {
     return m_lines;
+}
+
+void SignalLog::SetEcho(bool echo)
+{
+    m_echo = echo;
+}
+
+void SignalLog::Append(const QString &line)
+{
+    m_lines.append(line);
+    if (m_echo) {
+        std::fprintf(stdout, "%s\n", qUtf8Printable(line));
+        std::fflush(stdout);
+    }
 }
 
 int SignalLog::qt_metacall(QMetaObject::Call call, int id, void **arguments)
@@ -61,8 +75,8 @@ int SignalLog::qt_metacall(QMetaObject::Call call, int id, void **arguments)
         QStringList values;
         for (int i = 0; i < signal.parameterCount(); ++i)
             values.append(FormatArgument(signal.parameterType(i), arguments[i + 1]));
-        m_lines.append(QString::fromLatin1(signal.name()) + QLatin1Char('(') + values.join(QLatin1String(", "))
-                       + QLatin1Char(')'));
+        Append(QString::fromLatin1(signal.name()) + QLatin1Char('(') + values.join(QLatin1String(", "))
+               + QLatin1Char(')'));
     }
     return -1;
 }
