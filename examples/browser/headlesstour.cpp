@@ -285,6 +285,9 @@ void HeadlessTour::StepContextMenu(const QString &prefix, const QString &actionT
     }
     if (actionText == QLatin1String("Copy link"))
         Note(QStringLiteral("clipboard: ") + QApplication::clipboard()->text());
+    // A reopened tab loads its page and the strip scrolls it into view.
+    Settle(TextBrowserPage::LocalLoadMs() + 100);
+    WaitForStripToRest();
     Note(QStringLiteral("tabs: ") + TabTitles());
 }
 
