@@ -73,7 +73,7 @@ private:
     void SendMouse(QWidget *widget, int type, const QPoint &pos, Qt::MouseButton button, Qt::MouseButtons buttons,
                    bool moveCursor = true);
     void SendKey(int key, Qt::KeyboardModifiers modifiers);
-    QWidget *TabButtonAtViewportMiddle() const;
+    QWidget *TabButtonAtViewportMiddle();
     QWidget *CloseButtonOf(QWidget *tabButton) const;
     int IndexOfButton(QWidget *tabButton) const;
     QString TabTitles() const;
