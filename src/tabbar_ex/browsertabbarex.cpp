@@ -5,9 +5,12 @@
 #include "browsertabbuttonex.h"
 #include "browsertabmoveproxyex.h"
 #include "dpitool.h"
+#include "kelmenu.h"
 #include "tabbarexgeometry_p.h"
+#include "tabdragorder_p.h"
 #include "tablookup_p.h"
 
+#include <QAction>
 #include <QCursor>
 #include <QFrame>
 #include <QWheelEvent>
@@ -82,7 +85,13 @@ BrowserTabBarEx::~BrowserTabBarEx()
     d->delayTimer.stop();
     if (d->moveProxy) {
         disconnect(d->moveProxy.get(), nullptr, this, nullptr);
-        d->moveProxy.reset();
+        if (d->endingDrag) {
+            // Deleted from inside TabButtonMoved(): the popup is still in its own hide,
+            // which reported the end of the drag. It goes once that is over.
+            d->moveProxy.release()->deleteLater();
+        } else {
+            d->moveProxy.reset();
+        }
     }
     // Buttons, also those removed and waiting for deletion, are torn down by QWidget
     // after this destructor: by then this object is no longer a BrowserTabBarEx and
@@ -148,6 +157,41 @@ void BrowserTabBarEx::InitMoveProxy()
 
 void BrowserTabBarEx::InitMenu()
 {
+    if (d->menu)
+        return;
+    setContextMenuPolicy(Qt::CustomContextMenu);
+
+    const auto makeAction = [this](const QString &text, void (BrowserTabBarEx::*slot)()) {
+        auto *action = new QAction(text, this);
+        connect(action, &QAction::triggered, this, slot);
+        return action;
+    };
+    d->refreshAction = makeAction(tr("Refresh tab"), &BrowserTabBarEx::SlotRefreshTab);
+    d->addFavAction = makeAction(tr("Add Fav"), &BrowserTabBarEx::SlotAddFav);
+    d->copyLinkAction = makeAction(tr("Copy link"), &BrowserTabBarEx::SlotCopyLink);
+    d->openInBrowserAction = makeAction(tr("Open in Browser"), &BrowserTabBarEx::SlotOpenInBrowser);
+    d->closeCurAction = makeAction(tr("Close tab"), &BrowserTabBarEx::SlotCloseCurTab);
+    d->closeOtherAction = makeAction(tr("Close other tabs"), &BrowserTabBarEx::SlotCloseOtherTab);
+    d->closeRightAction = makeAction(tr("Close right tabs"), &BrowserTabBarEx::SlotCloseRightTab);
+    d->closeLeftAction = makeAction(tr("Close left tabs"), &BrowserTabBarEx::SlotCloseLeftTab);
+
+    d->menu = new KelMenu(this);
+    d->menu->setObjectName(QStringLiteral("BrowserTabBarMenu"));
+    d->menu->addAction(d->refreshAction);
+    d->menu->addAction(d->addFavAction);
+    d->menu->addAction(d->copyLinkAction);
+    d->menu->addAction(d->openInBrowserAction);
+    d->upperSeparator = d->menu->addSeparator();
+    d->menu->addAction(d->closeCurAction);
+    d->menu->addAction(d->closeOtherAction);
+    d->menu->addAction(d->closeRightAction);
+    d->menu->addAction(d->closeLeftAction);
+
+    if (IsShowRecoveryItem()) {
+        d->recoveryAction = makeAction(tr("Recover recently closed tabs"), &BrowserTabBarEx::SlotRecoverRecentlyTab);
+        d->recoverySeparator = d->menu->addSeparator();
+        d->menu->addAction(d->recoveryAction);
+    }
 }
 
 // ---------------------------------------------------------------------------
@@ -215,14 +259,23 @@ void BrowserTabBarEx::removeTab(int index)
 
     if (d->pressedButton == button) {
         d->pressedButton = nullptr;
-        d->dragging = false;
+        if (d->dragging) {
+            d->dragging = false;
+            d->arrowTimer.stop(); // the edge scroll of the drag
+        }
+        // The popup would go on holding the mouse for a tab that is gone; its release
+        // finds no pressed button and ends nothing else.
+        d->moveProxy->hide();
     }
 
     d->buttons.removeAt(index);
     disconnect(button, nullptr, this, nullptr);
     // Hidden at once so that it is not painted under its neighbours until deleted.
     button->hide();
-    button->deleteLater();
+    if (d->menuRunning)
+        d->retiredButtons.append(button);
+    else
+        button->deleteLater();
 
     bool lostCurrent = false;
     if (index < d->currentIndex) {
@@ -233,7 +286,16 @@ void BrowserTabBarEx::removeTab(int index)
         lostCurrent = true;
     }
 
-    ResizeButtons();
+    if (!d->closing) {
+        ResizeButtons();
+    } else if (!d->closedLast) {
+        // Closing mode: the tabs right of the gap slide left by one width and keep
+        // theirs, so the next close button arrives under the pointer.
+        TabBarExGeometry::SetFixedWidth(d->contentStrip, d->contentStrip->width() - d->buttonWidth);
+        ResetDelayButtons();
+    } else {
+        ResizeLastButtons();
+    }
     if (lostCurrent)
         Q_EMIT currentChanged(-1);
 }
@@ -257,10 +319,14 @@ void BrowserTabBarEx::setCurrentIndex(int index)
     }
     // Stacking only matters between the current tab and the others (a wide current
     // tab, a dragged one); the rest never overlap, so only the old current goes down.
-    if (d->IsValidIndex(previous))
+    // A dragged button floats above the strip in the viewport; lowered, it would vanish behind it.
+    if (d->IsValidIndex(previous) && !d->buttons.at(previous)->IsPressed())
         d->buttons.at(previous)->lower();
 
-    ResizeButtons();
+    if (d->closing)
+        ResizeDelayButtons();
+    else
+        ResizeButtons();
     Q_EMIT currentChanged(index);
 }
 
@@ -492,18 +558,122 @@ void BrowserTabBarEx::ResizeButtons()
 
 void BrowserTabBarEx::ResetButtons()
 {
-    if (!d->buttons.isEmpty()) {
-        const int top = ButtonTop();
-        int x = 0;
-        for (int i = qMax(0, FixedTabCount()); i < d->buttons.size(); ++i) {
-            BrowserTabButtonEx *button = d->buttons.at(i);
-            TabBarExGeometry::Move(button, QPoint(x, top));
-            x += button->width();
-        }
-    }
+    if (!d->buttons.isEmpty())
+        PlaceScrollingButtons();
     SetContentWidth();
     ResetSeparator();
     UpdateButtonForms();
+}
+
+// The scrolling tabs side by side from the strip's start, each at its present width.
+// A tab under a drag floats in the viewport where the pointer holds it; its slot stays
+// empty as a gap.
+void BrowserTabBarEx::PlaceScrollingButtons()
+{
+    const int top = ButtonTop();
+    int x = 0;
+    for (int i = qMax(0, FixedTabCount()); i < d->buttons.size(); ++i) {
+        BrowserTabButtonEx *button = d->buttons.at(i);
+        if (!d->dragging || button != d->pressedButton)
+            TabBarExGeometry::Move(button, QPoint(x, top));
+        x += button->width();
+    }
+}
+
+// ---------------------------------------------------------------------------
+// Closing mode: after a close button the tabs keep their widths under the pointer
+// until it leaves the bar.
+
+void BrowserTabBarEx::ResetDelayButtons()
+{
+    if (!d->buttons.isEmpty())
+        PlaceScrollingButtons();
+    // The strip may have become shorter than the scrolled view: the arrows say so.
+    if (d->overflow)
+        UpdateArrowState();
+    ResetSeparator();
+    UpdateButtonForms();
+}
+
+// The rightmost tab went: nothing can slide into its place, so the strip itself moves
+// right by one tab, bringing the new last tab's close button under the pointer.
+void BrowserTabBarEx::ResizeLastButtons()
+{
+    if (d->buttons.isEmpty())
+        return;
+    if (d->scrollOffset + d->buttonWidth > 0) {
+        // Less than a tab is scrolled off: snap to the start and fit the tabs into what
+        // is left of the strip, which may end the overflow.
+        TabBarExGeometry::Move(d->contentStrip, QPoint(0, 0));
+        TabBarExGeometry::SetFixedWidth(d->contentStrip, d->contentStrip->width() + d->scrollOffset);
+        d->scrollOffset = 0;
+        ResizeDelayArea();
+        return;
+    }
+    TabBarExGeometry::SetFixedWidth(d->contentStrip, d->contentStrip->width() - d->buttonWidth);
+    d->animationStart = d->scrollOffset;
+    d->animationTarget = d->scrollOffset + d->buttonWidth;
+    // Four ticks of 20 ms: quick enough to be under the pointer before the next click.
+    d->animationStep = d->buttonWidth / 4;
+    d->arrowTimer.start();
+}
+
+void BrowserTabBarEx::ResizeDelayArea()
+{
+    if (d->buttons.isEmpty())
+        return;
+    if (d->overflow) {
+        // Without arrows the tabs would also have the arrow part of the left frame.
+        ComputeButtonWidth(d->contentStrip->width() + ArrowPartWidth());
+        if (!d->overflow) {
+            const int fixedTotal = FixedTabTotalWidth();
+            TabBarExGeometry::SetFixedSize(d->viewport, QSize(width() - S(kRightMargin) - fixedTotal, height()));
+            TabBarExGeometry::Move(d->viewport, QPoint(fixedTotal, 0));
+            TabBarExGeometry::SetFixedWidth(d->contentStrip, d->contentStrip->width() + ArrowPartWidth());
+            TabBarExGeometry::Move(d->contentStrip, QPoint(0, 0));
+            d->leftArrowFrame->hide();
+            d->rightArrowFrame->hide();
+            d->scrollOffset = 0;
+            ResizeDelayButtons();
+            return;
+        }
+    }
+    ComputeButtonWidth(d->contentStrip->width());
+    ResizeDelayButtons();
+}
+
+// Widths for the present strip, which keeps its width: the pixels that the division
+// leaves over go one each to the tabs from the left.
+void BrowserTabBarEx::ResizeDelayButtons()
+{
+    if (d->buttons.isEmpty())
+        return;
+    const int fixedCount = qMax(0, FixedTabCount());
+    const int count = d->buttons.size();
+    const int stripWidth = d->contentStrip->width();
+    d->extraPixels = 0;
+    if (d->buttonWidth != MaxButtonWidth()) {
+        const int n = count - fixedCount;
+        if (d->currentIndex < fixedCount)
+            d->extraPixels = qMax(stripWidth - n * d->buttonWidth, 0);
+        else
+            d->extraPixels = qMax(stripWidth - (n - 1) * d->buttonWidth - d->currentButtonWidth, 0);
+    }
+    const int height = ButtonHeight();
+    int seen = 0;
+    for (int i = fixedCount; i < count; ++i) {
+        BrowserTabButtonEx *button = d->buttons.at(i);
+        if (i == d->currentIndex) {
+            seen = 1;
+            TabBarExGeometry::SetFixedSize(button, QSize(d->currentButtonWidth, height));
+            continue;
+        }
+        // Compared by list index, fixed tabs included: with fixed tabs one pixel fewer
+        // than extraPixels is handed out. Kept so, the look users know.
+        const int extra = (i - seen) < d->extraPixels ? 1 : 0;
+        TabBarExGeometry::SetFixedSize(button, QSize(d->buttonWidth + extra, height));
+    }
+    ResetDelayButtons();
 }
 
 // A strip of hundreds of tabs shows a dozen: only buttons in or near the viewport hold
@@ -612,6 +782,45 @@ void BrowserTabBarEx::SetPressedSeparator()
 
 void BrowserTabBarEx::SortButtons()
 {
+    const int fixedCount = qMax(0, FixedTabCount());
+    int dragged = -1;
+    for (int i = d->buttons.size() - 1; i >= fixedCount; --i) {
+        if (d->buttons.at(i)->IsPressed()) {
+            dragged = i;
+            break;
+        }
+    }
+    if (dragged < 0)
+        return;
+    BrowserTabButtonEx *button = d->buttons.at(dragged);
+    // Edges in the strip's coordinates: the button floats in the viewport.
+    const int left = button->x() - d->scrollOffset;
+    const int right = left + button->width();
+    const auto span = [this](int j) {
+        const BrowserTabButtonEx *other = d->buttons.at(j);
+        return qMakePair(other->x(), other->width());
+    };
+    const int target = TabDragOrder::Target(d->buttons.size(), dragged, qMax(0, d->firstIndex), left, right,
+                                            d->contentStrip->width(), span);
+    if (target < 0)
+        return;
+    BrowserTabButtonEx *current = d->IsValidIndex(d->currentIndex) ? d->buttons.at(d->currentIndex) : nullptr;
+    d->buttons.move(dragged, target);
+    // The press made the dragged tab current, so the index follows it; should the host
+    // have chosen another tab meanwhile, the index follows that one. No currentChanged:
+    // the current tab stays the same tab.
+    d->currentIndex = current ? d->buttons.indexOf(current) : -1;
+    ResetSortButtons();
+}
+
+// The other tabs close up around the gap of the dragged one.
+void BrowserTabBarEx::ResetSortButtons()
+{
+    PlaceScrollingButtons();
+    SetPressedSeparator();
+    if (d->overflow)
+        CheckAreaOffset();
+    UpdateButtonForms();
 }
 
 void BrowserTabBarEx::resizeEvent(QResizeEvent *event)
@@ -834,8 +1043,12 @@ void BrowserTabBarEx::SlotChangeClicked(TabDataPtr tab)
 void BrowserTabBarEx::SlotCloseClicked(TabDataPtr tab)
 {
     const int index = GetIndexByTabData(tab);
-    if (index >= 0)
-        Q_EMIT tabCloseRequested(index);
+    if (index < 0)
+        return;
+    // Set before the request: the host usually removes the tab from inside it.
+    d->closing = true;
+    d->closedLast = index == d->buttons.size() - 1;
+    Q_EMIT tabCloseRequested(index);
 }
 
 void BrowserTabBarEx::SlotIconClicked(TabDataPtr tab)
@@ -850,19 +1063,158 @@ void BrowserTabBarEx::SlotIconClicked(TabDataPtr tab)
 
 void BrowserTabBarEx::SlotMenuClicked(TabDataPtr tab)
 {
-    Q_UNUSED(tab)
+    if (!tab || !d->menu || d->menuRunning)
+        return;
+    const int index = GetIndexByTabData(tab);
+    if (index < 0)
+        return;
+    d->menuIndex = index;
+    CheckMenuVisible(tab);
+    CheckMenuEnable();
+
+    // The command slots run inside exec(): the host may remove tabs there, or delete
+    // the bar (and the menu with it).
+    const QPointer<BrowserTabBarEx> self(this);
+    d->menuRunning = true;
+    d->menu->exec(QCursor::pos());
+    if (!self)
+        return;
+    d->menuRunning = false;
+    ReleaseRetiredButtons();
+    ResizeButtons();
+}
+
+void BrowserTabBarEx::ReleaseRetiredButtons()
+{
+    const QList<QPointer<BrowserTabButtonEx>> retired = d->retiredButtons;
+    d->retiredButtons.clear();
+    for (const QPointer<BrowserTabButtonEx> &button : retired) {
+        if (button)
+            button->deleteLater();
+    }
+}
+
+void BrowserTabBarEx::CheckMenuVisible(TabDataPtr tab)
+{
+    if (!d->menu || !tab)
+        return;
+    bool refresh = false;
+    bool addFav = false;
+    bool links = false;
+    if (tab->IsWeb() || tab->IsWebPopup()) {
+        refresh = addFav = links = true;
+    } else if (tab->IsPlugin()) {
+        refresh = addFav = true;
+    } else if (tab->IsHomePage()) {
+        refresh = true;
+    }
+    d->refreshAction->setVisible(refresh);
+    d->addFavAction->setVisible(addFav);
+    d->copyLinkAction->setVisible(links);
+    d->openInBrowserAction->setVisible(links);
+    // Without an entry above it the separator would open the menu.
+    d->upperSeparator->setVisible(refresh);
+}
+
+void BrowserTabBarEx::CheckMenuEnable()
+{
+    if (!d->menu)
+        return;
+    d->closeCurAction->setEnabled(CheckCloseCurItem(d->menuIndex));
+    d->closeRightAction->setEnabled(CheckCloseRightItem(d->menuIndex));
+    d->closeOtherAction->setEnabled(CheckCloseOtherItem(d->menuIndex));
+    d->closeLeftAction->setEnabled(CheckCloseLeftItem(d->menuIndex));
+    if (d->recoveryAction && IsShowRecoveryItem())
+        d->recoveryAction->setEnabled(CheckRecoveryItem());
 }
 
 void BrowserTabBarEx::SlotButtonPressed()
 {
+    auto *button = qobject_cast<BrowserTabButtonEx *>(sender());
+    if (!button)
+        return;
+    // Only scrolling tabs move. A fixed tab lies in the fixed area's coordinates (so
+    // does a tab made while the fixed area was not yet full): it would float off into
+    // the viewport and land in the strip.
+    const int index = d->buttons.indexOf(button);
+    if (index < qMax(0, FixedTabCount()) || button->parentWidget() != d->contentStrip)
+        return;
+    // While a press is under way the popup holds the mouse: a second press can only come
+    // from code, and would strand the first tab.
+    if (d->pressedButton)
+        return;
+    const QPoint cursor = QCursor::pos();
+    d->pressedButton = button;
+    d->pressOffset = QPoint(button->x() - cursor.x() + d->scrollOffset, button->y());
+    d->moveProxy->SetStartPoint(cursor);
+    d->moveProxy->show();
 }
 
 void BrowserTabBarEx::SlotButtonMove()
 {
+    BrowserTabButtonEx *button = d->pressedButton;
+    if (!button)
+        return;
+    if (!d->dragging) {
+        d->dragging = true;
+        // Above the strip and clipped by the viewport, the tab floats over the others
+        // while they close up around its slot.
+        button->setParent(d->viewport);
+        button->show();
+        button->raise();
+    }
+    if (!button->IsPressed())
+        button->SetPressed();
+
+    const int viewportWidth = d->viewport->width();
+    const int maxX = viewportWidth - button->width();
+    const int x = qMax(0, qMin(QCursor::pos().x() + d->pressOffset.x(), maxX));
+    const QPoint pos(x, d->pressOffset.y());
+    if (pos != button->pos()) {
+        button->move(pos);
+        SortButtons();
+    }
+
+    if (!d->overflow)
+        return;
+    // Held against an edge, the strip scrolls under the tab; each tick sorts again.
+    if (x == 0) {
+        if (!d->arrowTimer.isActive()) {
+            d->animationTarget = 0;
+            d->animationStep = ScrollStep() / 5;
+            StartArrowTimer();
+        }
+    } else if (x == maxX) {
+        if (!d->arrowTimer.isActive()) {
+            d->animationTarget = viewportWidth - d->contentStrip->width();
+            d->animationStep = ScrollStep() / 5;
+            StartArrowTimer();
+        }
+    } else {
+        d->arrowTimer.stop();
+    }
 }
 
 void BrowserTabBarEx::SlotButtonRelease()
 {
+    BrowserTabButtonEx *button = d->pressedButton;
+    if (!button)
+        return;
+    d->arrowTimer.stop();
+    d->dragging = false;
+    // A press without motion never left the strip.
+    if (button->parentWidget() != d->contentStrip)
+        button->setParent(d->contentStrip);
+    button->show();
+    ResetButtons();
+    button->SetReleased();
+    d->pressedButton = nullptr;
+    // The host may delete the bar from inside.
+    const QPointer<BrowserTabBarEx> self(this);
+    d->endingDrag = true;
+    TabButtonMoved();
+    if (self)
+        d->endingDrag = false;
 }
 
 void BrowserTabBarEx::SlotDelayTimeout()

@@ -58,7 +58,11 @@ public:
     explicit BrowserTabBarEx(QWidget *parent = nullptr);
     ~BrowserTabBarEx() override;
 
-    /** Builds the tab context menu. Call once, after construction. */
+    /**
+     * Builds the tab context menu ("BrowserTabBarMenu"). Call once, after construction,
+     * when the subclass is in place: it asks IsShowRecoveryItem(). Later calls do nothing.
+     * Until it is called, a right click on a tab opens no menu.
+     */
     void InitMenu();
 
     /**
@@ -149,7 +153,12 @@ public:
 Q_SIGNALS:
     /** The current tab changed; @p index is -1 when no tab is current. */
     void currentChanged(int index);
-    /** The user asked to close a tab (close button, double click or menu). */
+    /**
+     * The user asked to close a tab (close button, double click or menu). A host may
+     * call removeTab() from inside. After a close button or a double click the other
+     * tabs keep their widths until the pointer has left the bar for 200 ms, so that
+     * the next close button comes to lie under the pointer.
+     */
     void tabCloseRequested(int index);
     /** For the host and subclasses. @note The bar itself never emits it. */
     void SigAddNewTab();
@@ -186,13 +195,28 @@ protected Q_SLOTS:
     void SlotHoverChanged(TabDataPtr tab, bool hovered);
     /** Makes the pressed tab current. */
     void SlotChangeClicked(TabDataPtr tab);
-    /** Emits tabCloseRequested() for the tab; the tab stays until the host removes it. */
+    /**
+     * Emits tabCloseRequested() for the tab and freezes the widths (closing mode); the
+     * tab stays until the host removes it.
+     */
     void SlotCloseClicked(TabDataPtr tab);
     /** Calls TabIconClicked() for the sending button's tab. */
     void SlotIconClicked(TabDataPtr tab);
+    /**
+     * Runs the context menu for the tab, modally at the cursor, and lays the tabs out
+     * afresh once it has closed. The command signals are emitted while it runs; a
+     * host may remove tabs, or delete the bar, from inside them.
+     * @note Nothing happens before InitMenu(), or while the menu is already open.
+     */
     void SlotMenuClicked(TabDataPtr tab);
+    /**
+     * A scrolling tab was pressed: an invisible popup takes the mouse until the
+     * release. Fixed tabs do not move.
+     */
     void SlotButtonPressed();
+    /** The pointer moved during a press: the tab follows it and the others make room. */
     void SlotButtonMove();
+    /** The press has ended: the tab drops into its slot and TabButtonMoved() is called. */
     void SlotButtonRelease();
 
 private Q_SLOTS:
@@ -235,7 +259,11 @@ protected:
     virtual bool CheckRecoveryItem();
     /** Whether the menu has a recovery entry (asked once, by InitMenu()). Default: false. */
     virtual bool IsShowRecoveryItem();
-    /** Called once at the end of every drag. Default: nothing. */
+    /**
+     * Called once at the end of every press on a scrolling tab, moved or not, after
+     * the tab has dropped into its slot. Default: nothing.
+     * @note Not called when the pressed tab was removed during the drag.
+     */
     virtual void TabButtonMoved();
     /** The checked icon of @p tab was clicked at @p globalPos. Default: nothing. */
     virtual void TabIconClicked(QSharedPointer<TabData> tab, QPoint globalPos);
@@ -261,8 +289,20 @@ protected:
     void ResetSeparator();
     /** During a drag: every separator shows except at the dragged tab and its left neighbour. */
     void SetPressedSeparator();
-    /** During a drag: moves the dragged tab to the place its position asks for. */
+    /**
+     * During a drag: moves the dragged tab to the place its position asks for (the
+     * shared rule of TabDragOrder: past a neighbour once it covers two thirds of it,
+     * to firstIndex at the very start, to the end at the very end).
+     */
     void SortButtons();
+    /**
+     * Shows or hides the menu's upper entries (refresh, add to favourites, copy link,
+     * open in browser and their separator) by the kind of @p tab. The close entries
+     * are always shown.
+     */
+    void CheckMenuVisible(TabDataPtr tab);
+    /** Enables the close entries and the recovery entry by the Check... policy for the menu's tab. */
+    void CheckMenuEnable();
 
     /** The button of the tab at @p index, null when out of range. */
     BrowserTabButtonEx *TabButton(int index) const;
@@ -288,6 +328,14 @@ private:
     void InitContent();
     void InitArrowFrame();
     void InitMoveProxy();
+    void PlaceScrollingButtons();
+    // Closing mode: layouts that keep the widths frozen under the mouse.
+    void ResetDelayButtons();
+    void ResizeLastButtons();
+    void ResizeDelayArea();
+    void ResizeDelayButtons();
+    void ResetSortButtons();
+    void ReleaseRetiredButtons();
     void CheckAreaOffset();
     void StartArrowTimer();
     void UpdateArrowState();

@@ -37,6 +37,7 @@ public:
     bool dragging = false;        // a pressed button has moved and floats in the viewport
     bool overflow = false;        // the scrolling tabs do not fit; arrows shown
     bool keepCurrentWide = false; // the current tab keeps the maximum width
+    bool endingDrag = false;      // TabButtonMoved() runs, inside the popup's hide
 
     int currentIndex = -1;
     int firstIndex = 0;     // lowest index a dragged tab may take
@@ -56,6 +57,9 @@ public:
     QTimer delayTimer;      // 200 ms, single-shot: the end of closing mode
 
     KelMenu *menu = nullptr;
+    bool menuRunning = false;       // the menu's modal loop is under way
+    QAction *upperSeparator = nullptr;
+    QAction *recoverySeparator = nullptr;
     QAction *refreshAction = nullptr;
     QAction *addFavAction = nullptr;
     QAction *copyLinkAction = nullptr;
@@ -84,6 +88,10 @@ public:
     std::unique_ptr<BrowserTabMoveProxyEx> moveProxy;
     // One per tab; list position = tab index.
     QList<BrowserTabButtonEx *> buttons;
+    // Buttons removed while the menu runs. The menu's loop would delete them at once,
+    // and one of them may be the button whose right press opened the menu and whose
+    // event handler is still on the stack; they go once the menu has returned.
+    QList<QPointer<BrowserTabButtonEx>> retiredButtons;
 
     int Count() const { return buttons.size(); }
     bool IsValidIndex(int index) const { return index >= 0 && index < buttons.size(); }

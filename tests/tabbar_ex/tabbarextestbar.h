@@ -11,6 +11,7 @@
 
 #include <QFrame>
 #include <QList>
+#include <QMoveEvent>
 #include <QPair>
 #include <QPoint>
 #include <QString>
@@ -53,8 +54,10 @@ public:
     using BrowserTabBarEx::CheckCloseLeftItem;
     using BrowserTabBarEx::CheckCloseOtherItem;
     using BrowserTabBarEx::CheckCloseRightItem;
-    using BrowserTabBarEx::CheckRecoveryItem;
-    using BrowserTabBarEx::IsShowRecoveryItem;
+    using BrowserTabBarEx::SlotButtonMove;
+    using BrowserTabBarEx::SlotButtonPressed;
+    using BrowserTabBarEx::SlotButtonRelease;
+    using BrowserTabBarEx::SortButtons;
 
     int fixedCount = 1;
     int fixedDesignWidth = 84; // scaled when asked, as a host would
@@ -64,6 +67,10 @@ public:
     QString pluginIconUrl;
     QStringList pluginIconRequests;
     QList<QPair<TabDataPtr, QPoint>> iconClicks;
+    int movedCount = 0;           // TabButtonMoved() calls
+    bool overrideRecovery = false; // when false, the base class's recovery policy answers
+    bool showRecovery = false;
+    bool recoveryEnabled = false;
 
     QFrame *FixedArea() const { return findChild<QFrame *>(QStringLiteral("TabBarFixedAreaEx")); }
     QFrame *Viewport() const { return findChild<QFrame *>(QStringLiteral("TabBarViewportEx")); }
@@ -87,9 +94,66 @@ public:
         return pluginIconUrl;
     }
     void TabIconClicked(QSharedPointer<TabData> tab, QPoint globalPos) override { iconClicks.append({tab, globalPos}); }
+    void TabButtonMoved() override { ++movedCount; }
+    bool IsShowRecoveryItem() override
+    {
+        return overrideRecovery ? showRecovery : BrowserTabBarEx::IsShowRecoveryItem();
+    }
+    bool CheckRecoveryItem() override
+    {
+        return overrideRecovery ? recoveryEnabled : BrowserTabBarEx::CheckRecoveryItem();
+    }
+
+    /** Widths of the scrolling tabs, in tab order. */
+    QList<int> ScrollingWidths()
+    {
+        QList<int> widths;
+        for (int i = qMax(0, FixedTabCount()); i < count(); ++i)
+            widths << TabButton(i)->width();
+        return widths;
+    }
+    /** x of the scrolling tabs in the content strip, in tab order. */
+    QList<int> ScrollingXs()
+    {
+        QList<int> xs;
+        for (int i = qMax(0, FixedTabCount()); i < count(); ++i)
+            xs << TabButton(i)->x();
+        return xs;
+    }
 };
 
 namespace TabTest {
+
+/** Records every x the watched widget is moved to (a shown widget hears of its moves). */
+class MoveRecorder : public QObject
+{
+public:
+    explicit MoveRecorder(QWidget *watched)
+        : QObject(watched)
+    {
+        watched->installEventFilter(this);
+    }
+    QList<int> xs;
+    /** The differences between successive positions, the first one from @p from. */
+    QList<int> Steps(int from) const
+    {
+        QList<int> steps;
+        int last = from;
+        for (int x : xs) {
+            steps << x - last;
+            last = x;
+        }
+        return steps;
+    }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Move)
+            xs << static_cast<QMoveEvent *>(event)->pos().x();
+        return false;
+    }
+};
 
 inline TabDataPtr MakeTab(TabData::TabType type, const QString &title, const QString &id = QString())
 {

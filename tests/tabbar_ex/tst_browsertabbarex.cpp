@@ -918,10 +918,17 @@ void TstBrowserTabBarEx::pressActivates()
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
     Fill(*bar, 3);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
+    // The press also begins a drag, whose popup takes the mouse; the offscreen platform
+    // says it cannot raise it nor grab the keyboard for it.
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
     QTest::mousePress(bar->TabButton(2), Qt::LeftButton, {}, QPoint(40, 10));
     QCOMPARE(changed.count(), 1);
     QCOMPARE(changed.at(0).at(0).toInt(), 2);
-    QTest::mouseRelease(bar->TabButton(2), Qt::LeftButton, {}, QPoint(40, 10));
+    QVERIFY(QApplication::activePopupWidget());
+    // The release reaches the popup, which hides itself.
+    QApplication::activePopupWidget()->hide();
+    QVERIFY(!QApplication::activePopupWidget());
     // The home tab activates too.
     QTest::mousePress(bar->TabButton(0), Qt::LeftButton, {}, QPoint(20, 10));
     QCOMPARE(bar->currentIndex(), 0);

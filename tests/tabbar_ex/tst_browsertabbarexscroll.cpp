@@ -19,40 +19,6 @@
 
 using namespace TabTest;
 
-namespace {
-
-// Records every x the content strip is moved to.
-class MoveRecorder : public QObject
-{
-public:
-    explicit MoveRecorder(QWidget *watched)
-        : QObject(watched)
-    {
-        watched->installEventFilter(this);
-    }
-    QList<int> xs;
-    QList<int> Steps(int from) const
-    {
-        QList<int> steps;
-        int last = from;
-        for (int x : xs) {
-            steps << x - last;
-            last = x;
-        }
-        return steps;
-    }
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Move)
-            xs << static_cast<QMoveEvent *>(event)->pos().x();
-        return false;
-    }
-};
-
-} // namespace
-
 class TstBrowserTabBarExScroll : public QObject
 {
     Q_OBJECT

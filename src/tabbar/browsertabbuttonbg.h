@@ -1,0 +1,71 @@
+#pragma once
+
+#include "keltabcontainer_export.h"
+
+#include <QString>
+
+#include <memory>
+
+class QPixmap;
+
+/**
+ * The painted backgrounds of the classic tab buttons, built for one width at a time.
+ *
+ * The classic bar owns one cache for all its buttons: they share one width, so the
+ * three backgrounds (checked, plain and hovered) are stretched from their images once
+ * per width instead of once per paint. Each background is a three-slice stretch of
+ * ":/images/tab_bar/tabbutton_front.png", "tabbutton_back.png" and
+ * "tabbutton_back_hover.png": the 16-pixel caps keep their shape (the rounded top
+ * corners), the middle column is repeated.
+ */
+class KELTABCONTAINER_EXPORT BrowserTabButtonBg
+{
+public:
+    BrowserTabButtonBg();
+    ~BrowserTabButtonBg();
+    BrowserTabButtonBg(const BrowserTabButtonBg &) = delete;
+    BrowserTabButtonBg &operator=(const BrowserTabButtonBg &) = delete;
+
+    /**
+     * The background for a button of @p width pixels.
+     *
+     * A width other than the cached one rebuilds all three backgrounds for it first.
+     * @param checked the button is the current tab (front background)
+     * @param hovered the pointer is over an unchecked button (hover background)
+     * @return the pixmap, owned by the cache and valid until the width changes;
+     * null for a width of 0 or less.
+     */
+    QPixmap *GetButtonBg(int width, bool checked, bool hovered);
+
+    /** Rebuild one background at the cached width (for a host that swaps images at run time). */
+    void RebuildFront();
+    void RebuildBack();
+    void RebuildBackHover();
+
+    /** Forgets every background, as at construction (the next request builds again). */
+    void Clear();
+
+    /** The width the backgrounds were built for; 0 when none are built. */
+    int Width() const;
+
+    /**
+     * Diagnostics: how many background pixmaps this cache has built since it was made
+     * (a width change counts three). Lets tests and profilers check that painting
+     * reuses the backgrounds instead of stretching the images again.
+     */
+    int BuildCount() const;
+
+    /** The resource images the backgrounds are stretched from. */
+    static QString FrontImage();
+    static QString BackImage();
+    static QString BackHoverImage();
+
+private:
+    std::unique_ptr<QPixmap> Build(const QString &image);
+
+    int m_width = 0;
+    std::unique_ptr<QPixmap> m_front;
+    std::unique_ptr<QPixmap> m_back;
+    std::unique_ptr<QPixmap> m_backHover;
+    int m_buildCount = 0;
+};
