@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QImage>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -137,6 +138,20 @@ private Q_SLOTS:
             QFAIL(qPrintable(QStringLiteral("step \"%1\": the bar emitted\n  %2\nbut the script accepts\n%3")
                                  .arg(expected.at(i).heading, Describe(got), accepted.join(QLatin1Char('\n')))));
         }
+    }
+
+    // What the signals cannot show: the tab really moved, the menu really opened and
+    // its command reached the clipboard.
+    void tourSawTheBarAnswer()
+    {
+        const QString log = ReadLines(QDir(m_out).filePath(QStringLiteral("tour.log"))).join(QLatin1Char('\n'));
+        const QRegularExpressionMatch drag =
+            QRegularExpression(QStringLiteral("the tab went from (\\d+) to (\\d+)")).match(log);
+        QVERIFY2(drag.hasMatch(), qPrintable(log));
+        QVERIFY2(drag.captured(1).toInt() > drag.captured(2).toInt(), qPrintable(drag.captured(0)));
+        QVERIFY2(log.contains(QStringLiteral("menu: Refresh tab | Add Fav | Copy link | Open in Browser | --")),
+                 qPrintable(log));
+        QVERIFY2(log.contains(QStringLiteral("clipboard: qrc:/browser/pages/")), qPrintable(log));
     }
 
     void screenshotsAreNumbered()
