@@ -17,9 +17,9 @@ class ClosedTabStack;
 
 /**
  * TabStrip over one of the library's bars. @p BarType is the window's subclass of
- * BrowserTabBarEx or BrowserTabBar: it takes (const ClosedTabStack *, QWidget *) and
- * names its number of fixed tabs in HomeTabCount and the class of its tab buttons
- * in Button.
+ * BrowserTabBarEx or BrowserTabBar, made from HomeTabPolicyBar: it takes
+ * (const ClosedTabStack *, QWidget *), names its number of fixed tabs in HomeTabCount
+ * and the class of its tab buttons in Button.
  *
  * The two bars share their vocabulary, so one template serves both; the few
  * differences (the extended bar scrolls, has no new-tab button of its own and offers

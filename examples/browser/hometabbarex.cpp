@@ -1,24 +1,11 @@
 #include "hometabbarex.h"
 
-#include "closedtabstack.h"
-
 HomeTabBarEx::HomeTabBarEx(const ClosedTabStack *closedTabs, QWidget *parent)
-    : BrowserTabBarEx(parent)
-    , m_closedTabs(closedTabs)
+    : HomeTabPolicyBar<BrowserTabBarEx>(closedTabs, parent)
 {
 }
 
 HomeTabBarEx::~HomeTabBarEx() = default;
-
-int HomeTabBarEx::FixedTabCount()
-{
-    return HomeTabCount;
-}
-
-int HomeTabBarEx::FixedTabTotalWidth()
-{
-    return ButtonHomepageWidth();
-}
 
 QString HomeTabBarEx::GetCheckedIcon(QSharedPointer<TabData> tab)
 {
@@ -28,44 +15,10 @@ QString HomeTabBarEx::GetCheckedIcon(QSharedPointer<TabData> tab)
     return QString();
 }
 
-QString HomeTabBarEx::GetPluginIconUrl(const QString &pluginCode) const
-{
-    Q_UNUSED(pluginCode)
-    // The demo has a single plug-in.
-    return QStringLiteral(":/browser/icons/page_notes.png");
-}
-
 void HomeTabBarEx::TabIconClicked(QSharedPointer<TabData> tab, QPoint globalPos)
 {
     Q_UNUSED(globalPos)
     const int index = GetIndexByTabData(tab);
     if (index >= 0)
         Q_EMIT SigReloadIconClicked(index);
-}
-
-bool HomeTabBarEx::CheckCloseCurItem(int index)
-{
-    return index >= FixedTabCount();
-}
-
-bool HomeTabBarEx::CheckCloseOtherItem(int index)
-{
-    // The home tab stays: "others" are the closable tabs but the menu's own.
-    const int closable = count() - FixedTabCount() - (index >= FixedTabCount() ? 1 : 0);
-    return closable > 0;
-}
-
-bool HomeTabBarEx::CheckCloseLeftItem(int index)
-{
-    return index > FixedTabCount();
-}
-
-bool HomeTabBarEx::IsShowRecoveryItem()
-{
-    return true;
-}
-
-bool HomeTabBarEx::CheckRecoveryItem()
-{
-    return m_closedTabs && !m_closedTabs->IsEmpty();
 }

@@ -1,25 +1,18 @@
 #pragma once
 
+#include "hometabpolicybar.h"
+
 #include <KelTabContainer/browsertabbarex.h>
 #include <KelTabContainer/browsertabbuttonex.h>
 
-class ClosedTabStack;
-
 /**
- * The window's scrolling tab strip: BrowserTabBarEx with one fixed home tab.
- *
- * The policy a host gives the bar: the home tab sits in the fixed area, a
- * ButtonHomepageWidth() wide, and can be neither closed nor dragged past; the current
- * web tab shows a reload icon under the pointer; the context menu has the recovery
- * entry, enabled while the window remembers a closed tab.
+ * The window's scrolling tab strip: BrowserTabBarEx with the window's tab policy
+ * (HomeTabPolicyBar) and, on the current web tab, a reload icon under the pointer.
  */
-class HomeTabBarEx : public BrowserTabBarEx
+class HomeTabBarEx : public HomeTabPolicyBar<BrowserTabBarEx>
 {
     Q_OBJECT
 public:
-    /** @param closedTabs the window's closed tabs, asked when the menu opens (not owned) */
-    /** The home tab. */
-    static constexpr int HomeTabCount = 1;
     /** The class of the bar's tab buttons. */
     using Button = BrowserTabButtonEx;
 
@@ -31,17 +24,6 @@ Q_SIGNALS:
     void SigReloadIconClicked(int index);
 
 protected:
-    int FixedTabCount() override;
-    int FixedTabTotalWidth() override;
     QString GetCheckedIcon(QSharedPointer<TabData> tab) override;
-    QString GetPluginIconUrl(const QString &pluginCode) const override;
     void TabIconClicked(QSharedPointer<TabData> tab, QPoint globalPos) override;
-    bool CheckCloseCurItem(int index) override;
-    bool CheckCloseOtherItem(int index) override;
-    bool CheckCloseLeftItem(int index) override;
-    bool IsShowRecoveryItem() override;
-    bool CheckRecoveryItem() override;
-
-private:
-    const ClosedTabStack *m_closedTabs;
 };
