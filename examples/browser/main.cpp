@@ -22,6 +22,7 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QTimer>
+#include <QUrl>
 
 #include <cstdio>
 #include <cstring>
@@ -122,6 +123,8 @@ int main(int argc, char *argv[])
                                        QStringLiteral("Print every signal of the tab bar as it comes."));
     const QCommandLineOption outOption(QStringLiteral("out"), QStringLiteral("Write the tour into <dir>."),
                                        QStringLiteral("dir"));
+    parser.addPositionalArgument(QStringLiteral("address"), QStringLiteral("Addresses to open in tabs."),
+                                 QStringLiteral("[address...]"));
     parser.addOption(classicOption);
     parser.addOption(tourOption);
     parser.addOption(logOption);
@@ -144,6 +147,9 @@ int main(int argc, char *argv[])
     if (!tour) {
         signalLog.SetEcho(parser.isSet(logOption));
         BrowserWindow window(kind, parser.isSet(logOption) ? &signalLog : nullptr);
+        const QStringList addresses = parser.positionalArguments();
+        for (const QString &address : addresses)
+            window.OpenUrl(QUrl::fromUserInput(address, QDir::currentPath()).toString(), true);
         window.resize(HeadlessTour::WindowSize());
         window.show();
         rc = app.exec();
