@@ -97,6 +97,8 @@ int HeadlessTour::Run()
     // should depend on how far the tab went.
     StepDrag(QString());
     StepDpi();
+    StepContextMenu(QString(), QStringLiteral("Close other tabs"), false);
+    Shot(QStringLiteral("other-tabs-closed"));
     StepClassic();
     return WriteFiles() ? 0 : 1;
 }
