@@ -5,6 +5,9 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMetaObject>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOption>
 
 GestureToast::GestureToast(QWidget *parent)
     : KelBaseWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::CustomizeWindowHint)
@@ -54,4 +57,13 @@ void GestureToast::AdjustForDpi()
     const int margin = DpiTool::ScaleDefault(12);
     m_layout->setContentsMargins(margin, margin, margin, margin);
     m_layout->setSpacing(DpiTool::ScaleDefault(8));
+}
+
+void GestureToast::paintEvent(QPaintEvent *event)
+{
+    Q_UNUSED(event)
+    QStyleOption option;
+    option.initFrom(this);
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
 }

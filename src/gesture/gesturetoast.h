@@ -30,6 +30,14 @@ public:
     /** Re-applies the size, margins and spacing for the new DPI factor. */
     void AdjustForDpi() override;
 
+protected:
+    /**
+     * Draws the style sheet's panel. A translucent window gets no background from
+     * Qt (WA_TranslucentBackground implies WA_NoSystemBackground), so without this the
+     * toast would show its text on nothing.
+     */
+    void paintEvent(QPaintEvent *event) override;
+
 private:
     void SetupUi();
 

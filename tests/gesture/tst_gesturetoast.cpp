@@ -86,6 +86,20 @@ private Q_SLOTS:
         QCOMPARE(toast.layout()->spacing(), spacing);
     }
 
+    // A translucent window gets no styled background from Qt: the toast showed white
+    // text on nothing until it drew the panel itself.
+    void translucentToastPaintsItsPanel()
+    {
+        GestureToast toast;
+        toast.setStyleSheet(QStringLiteral("GestureToast { background-color: rgb(32, 33, 36); }"));
+        toast.SetText(QStringLiteral("New tab"));
+        const QImage image = toast.grab().toImage();
+        // A corner: inside the panel, away from the text.
+        const QColor corner = image.pixelColor(4, 4);
+        QCOMPARE(corner.alpha(), 255);
+        QCOMPARE(corner.rgb(), qRgb(32, 33, 36));
+    }
+
     void defaultStyleSheetStylesTheToast()
     {
         const QString sheet = KelTabStyle::DefaultStyleSheet();

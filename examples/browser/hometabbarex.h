@@ -1,0 +1,29 @@
+#pragma once
+
+#include "hometabpolicybar.h"
+
+#include <KelTabContainer/browsertabbarex.h>
+#include <KelTabContainer/browsertabbuttonex.h>
+
+/**
+ * The window's scrolling tab strip: BrowserTabBarEx with the window's tab policy
+ * (HomeTabPolicyBar) and, on the current web tab, a reload icon under the pointer.
+ */
+class HomeTabBarEx : public HomeTabPolicyBar<BrowserTabBarEx>
+{
+    Q_OBJECT
+public:
+    /** The class of the bar's tab buttons. */
+    using Button = BrowserTabButtonEx;
+
+    explicit HomeTabBarEx(const ClosedTabStack *closedTabs, QWidget *parent = nullptr);
+    ~HomeTabBarEx() override;
+
+Q_SIGNALS:
+    /** The reload icon of the current tab was clicked. */
+    void SigReloadIconClicked(int index);
+
+protected:
+    QString GetCheckedIcon(QSharedPointer<TabData> tab) override;
+    void TabIconClicked(QSharedPointer<TabData> tab, QPoint globalPos) override;
+};

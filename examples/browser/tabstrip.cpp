@@ -1,0 +1,8 @@
+#include "tabstrip.h"
+
+TabStrip::TabStrip(QObject *parent)
+    : QObject(parent)
+{
+}
+
+TabStrip::~TabStrip() = default;
