@@ -489,9 +489,9 @@ void TstBrowserTabBar::currentIconUrlAndPathNeedACurrentTab()
 void TstBrowserTabBar::setTabIconEmptyLeavesIcon()
 {
     auto bar = MakeBar(800, 1);
-    bar->setTabIcon(0, QStringLiteral("https://example.com/a.ico"));
+    bar->setTabIcon(0, QStringLiteral("unsupported://icons/a.ico"));
     bar->setTabIcon(0, QString());
-    QCOMPARE(ButtonAt(bar.get(), 0)->GetRequestedIconUrl(), QStringLiteral("https://example.com/a.ico"));
+    QCOMPARE(ButtonAt(bar.get(), 0)->GetRequestedIconUrl(), QStringLiteral("unsupported://icons/a.ico"));
 }
 
 void TstBrowserTabBar::forwardingIgnoresOutOfRange()
@@ -499,7 +499,7 @@ void TstBrowserTabBar::forwardingIgnoresOutOfRange()
     auto bar = MakeBar(800, 2);
     bar->setTabText(-1, QStringLiteral("x"));
     bar->setTabText(2, QStringLiteral("x"));
-    bar->setTabIcon(5, QStringLiteral("https://example.com/a.ico"));
+    bar->setTabIcon(5, QStringLiteral("unsupported://icons/a.ico"));
     bar->LoadStart(-3);
     bar->LoadStart(2);
     bar->LoadFinished(9);

@@ -485,11 +485,11 @@ void TstBrowserTabButton::setIconUrlLeavesRecordIconUrl()
 {
     TestBar bar;
     TabDataPtr tab = MakeTab(QStringLiteral("Title"));
-    tab->SetIconUrl(QStringLiteral("https://example.com/old.ico"));
+    tab->SetIconUrl(QStringLiteral("unsupported://icons/old.ico"));
     BrowserTabButton button(tab, QString(), false, &bar, m_host.get());
-    button.SetIconUrl(QStringLiteral("https://example.com/new.ico"));
-    QCOMPARE(button.GetRequestedIconUrl(), QStringLiteral("https://example.com/new.ico"));
-    QCOMPARE(tab->GetIconUrl(), QStringLiteral("https://example.com/old.ico"));
+    button.SetIconUrl(QStringLiteral("unsupported://icons/new.ico"));
+    QCOMPARE(button.GetRequestedIconUrl(), QStringLiteral("unsupported://icons/new.ico"));
+    QCOMPARE(tab->GetIconUrl(), QStringLiteral("unsupported://icons/old.ico"));
 }
 
 void TstBrowserTabButton::iconDownloadShowsIcon()
@@ -502,8 +502,8 @@ void TstBrowserTabButton::iconDownloadShowsIcon()
     QCOMPARE(IconButton(&button)->objectName(), QStringLiteral("TabButtonIconCustom"));
     QVERIFY(!IconButton(&button)->icon().isNull());
 
-    // A failed download falls back to the default icon.
-    button.SetIconUrl(QStringLiteral("https://example.invalid/none.ico"));
+    // A refused address (like a failed download) falls back to the default icon.
+    button.SetIconUrl(QStringLiteral("unsupported://icons/none.ico"));
     QTRY_VERIFY(button.GetIconPath().isEmpty());
     QCOMPARE(IconButton(&button)->objectName(), QStringLiteral("TabButtonIconDefault"));
 }
@@ -516,7 +516,7 @@ void TstBrowserTabButton::staleIconAnswerIsIgnored()
     BrowserTabButton button(MakeTab(QStringLiteral("Title")), file, false, &bar, m_host.get());
     QCOMPARE(button.GetRequestedIconUrl(), file);
     // ... and navigates before the answer comes: only the last request counts.
-    button.SetIconUrl(QStringLiteral("https://example.invalid/none.ico"));
+    button.SetIconUrl(QStringLiteral("unsupported://icons/none.ico"));
     QTRY_VERIFY(button.GetIconPath().isEmpty());
     QTest::qWait(20);
     QVERIFY(button.GetIconPath().isEmpty());
@@ -528,9 +528,9 @@ void TstBrowserTabButton::successWithMissingFileKeepsIcon()
     const QString file = WriteIcon(m_env->Path(), QStringLiteral("icon.png"));
     BrowserTabButton button(MakeTab(QStringLiteral("Title")), file, false, &bar, m_host.get());
     QTRY_COMPARE(button.GetIconPath(), file);
-    button.SetIconUrl(QStringLiteral("https://example.com/a.ico"));
+    button.SetIconUrl(QStringLiteral("unsupported://icons/a.ico"));
     QVERIFY(QMetaObject::invokeMethod(&button, "SlotRequestImageFinished", Q_ARG(bool, true),
-                                      Q_ARG(QString, QStringLiteral("https://example.com/a.ico")),
+                                      Q_ARG(QString, QStringLiteral("unsupported://icons/a.ico")),
                                       Q_ARG(QString, m_env->Path() + QStringLiteral("/missing.png"))));
     QCOMPARE(button.GetIconPath(), file);
 }
