@@ -2,6 +2,7 @@
 
 #include "bartabstrip.h"
 #include "homepage.h"
+#include "hometabbar.h"
 #include "hometabbarex.h"
 #include "navigationbar.h"
 #include "pluginpage.h"
@@ -62,11 +63,6 @@ BrowserWindow::~BrowserWindow()
     m_strip.reset();
     m_current = nullptr;
     m_pages.clear();
-}
-
-bool BrowserWindow::IsClassicAvailable()
-{
-    return false;
 }
 
 void BrowserWindow::InitUi()
@@ -171,10 +167,6 @@ void BrowserWindow::SetStripKind(TabStrip::Kind kind)
 {
     if (m_strip && m_strip->GetKind() == kind)
         return;
-    if (kind == TabStrip::Kind::Classic && !IsClassicAvailable()) {
-        ShowMessage(tr("The classic tab bar is not available in this build."));
-        return;
-    }
 
     QList<TabDataPtr> tabs;
     for (int i = 0; i < m_strip->Count(); ++i)
@@ -596,7 +588,8 @@ void BrowserWindow::OnFind(const QString &text)
 
 std::unique_ptr<TabStrip> BrowserWindow::MakeStrip(TabStrip::Kind kind)
 {
-    Q_UNUSED(kind) // the classic bar is not in this build yet
+    if (kind == TabStrip::Kind::Classic)
+        return std::make_unique<BarTabStrip<HomeTabBar>>(&m_closedTabs, m_signalLog);
     return std::make_unique<BarTabStrip<HomeTabBarEx>>(&m_closedTabs, m_signalLog);
 }
 

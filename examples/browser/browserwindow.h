@@ -51,9 +51,6 @@ public:
     explicit BrowserWindow(TabStrip::Kind kind, SignalLog *signalLog = nullptr, QWidget *parent = nullptr);
     ~BrowserWindow() override;
 
-    /** Whether this build has the classic bar. */
-    static bool IsClassicAvailable();
-
     /** Replaces the tab strip by one of @p kind; every tab moves over, the current one stays current. */
     void SetStripKind(TabStrip::Kind kind);
     TabStrip *Strip() const;

@@ -343,10 +343,6 @@ void HeadlessTour::StepDpi()
 void HeadlessTour::StepClassic()
 {
     Begin(QStringLiteral("classic bar"));
-    if (!BrowserWindow::IsClassicAvailable()) {
-        Note(QStringLiteral("the classic tab bar is not in this build"));
-        return;
-    }
     // The same tabs move over to the classic bar.
     m_window->SetStripKind(TabStrip::Kind::Classic);
     Settle(200);
@@ -354,10 +350,23 @@ void HeadlessTour::StepClassic()
     Shot(QStringLiteral("classic-bar"));
 
     const QString prefix = QStringLiteral("classic: ");
-    Begin(prefix + QStringLiteral("six new tabs with the bar's new-tab button"));
+    Begin(prefix + QStringLiteral("six tabs, two with the bar's new-tab button"));
     QWidget *plus = m_window->Strip()->Bar()->findChild<QWidget *>(QStringLiteral("TabBarNewTabButton"));
-    for (int i = 0; i < 6 && plus; ++i) {
-        Click(plus, plus->rect().center());
+    const QStringList pages = {
+        QString(), // the new-tab button
+        QStringLiteral("qrc:/browser/pages/welcome.html"),
+        QStringLiteral("qrc:/browser/pages/guide.html"),
+        QString(),
+        TabRecordFactory::NotesPluginCode(),
+        QStringLiteral("qrc:/browser/pages/signals.html"),
+    };
+    for (const QString &page : pages) {
+        if (page.isEmpty() && plus)
+            Click(plus, plus->rect().center());
+        else if (page == TabRecordFactory::NotesPluginCode())
+            m_window->OpenTab(TabRecordFactory::MakeNotes(), true);
+        else if (!page.isEmpty())
+            m_window->OpenUrl(page, true);
         Settle(10);
     }
     Settle(TextBrowserPage::LocalLoadMs() + 100);

@@ -7,6 +7,12 @@ HomeTabBarEx::HomeTabBarEx(const ClosedTabStack *closedTabs, QWidget *parent)
 
 HomeTabBarEx::~HomeTabBarEx() = default;
 
+QString HomeTabBarEx::GetPluginIconUrl(const QString &pluginCode) const
+{
+    Q_UNUSED(pluginCode)
+    return PluginIcon();
+}
+
 QString HomeTabBarEx::GetCheckedIcon(QSharedPointer<TabData> tab)
 {
     // Only pages that can reload offer the icon; a plug-in page has nothing to reload.

@@ -24,6 +24,7 @@ Q_SIGNALS:
     void SigReloadIconClicked(int index);
 
 protected:
+    QString GetPluginIconUrl(const QString &pluginCode) const override;
     QString GetCheckedIcon(QSharedPointer<TabData> tab) override;
     void TabIconClicked(QSharedPointer<TabData> tab, QPoint globalPos) override;
 };

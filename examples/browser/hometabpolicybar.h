@@ -11,8 +11,10 @@ class QWidget;
  * BrowserTabBarEx or BrowserTabBar), so that it is written once for both:
  * - one fixed home tab, ButtonHomepageWidth() wide, which cannot be closed;
  * - "Close other tabs" and "Close left tabs" only when they would close something;
- * - the menu's recovery entry, enabled while the window remembers a closed tab;
- * - the icon of the Notes plug-in.
+ * - the menu's recovery entry, enabled while the window remembers a closed tab.
+ *
+ * PluginIcon() is the icon of the demo's plug-in; each bar's subclass hands it out
+ * itself, as the bars declare GetPluginIconUrl() differently (const on one only).
  */
 template <typename Bar>
 class HomeTabPolicyBar : public Bar
@@ -28,15 +30,12 @@ public:
     {
     }
 
+    /** The icon of the Notes plug-in, the demo's only plug-in. */
+    static QString PluginIcon() { return QStringLiteral(":/browser/icons/page_notes.png"); }
+
 protected:
     int FixedTabCount() override { return HomeTabCount; }
     int FixedTabTotalWidth() override { return this->ButtonHomepageWidth(); }
-
-    QString GetPluginIconUrl(const QString &pluginCode) const override
-    {
-        Q_UNUSED(pluginCode) // the demo has a single plug-in
-        return QStringLiteral(":/browser/icons/page_notes.png");
-    }
 
     bool CheckCloseCurItem(int index) override { return index >= HomeTabCount; }
 

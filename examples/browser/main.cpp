@@ -134,13 +134,7 @@ int main(int argc, char *argv[])
     // The library's look first, then the window lays its own over it.
     KelTabStyle::ApplyDefaultStyleSheet();
 
-    TabStrip::Kind kind = TabStrip::Kind::Extended;
-    if (parser.isSet(classicOption)) {
-        if (BrowserWindow::IsClassicAvailable())
-            kind = TabStrip::Kind::Classic;
-        else
-            std::fprintf(stderr, "The classic tab bar is not available in this build; using the scrolling one.\n");
-    }
+    const TabStrip::Kind kind = parser.isSet(classicOption) ? TabStrip::Kind::Classic : TabStrip::Kind::Extended;
 
     int rc = 0;
     SignalLog signalLog;
