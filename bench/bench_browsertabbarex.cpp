@@ -8,15 +8,8 @@
 // then serves every widget of both bars (QTabBar's close buttons included).
 
 #include "browsertabbarex.h"
-#include "dpitool.h"
-#include "keltabstyle.h"
 #include "tabbarworkload.h"
 #include "tabdata.h"
-
-#include <QApplication>
-#include <QTabBar>
-
-#include <cstring>
 
 namespace {
 
@@ -39,11 +32,6 @@ TabDataPtr MakeTab(TabData::TabType type, const QString &title, int serial)
     return tab;
 }
 
-QString Title(int serial)
-{
-    return QStringLiteral("Page %1 - a site with a long title").arg(serial);
-}
-
 struct OursOps
 {
     using Bar = BenchTabBarEx;
@@ -53,27 +41,7 @@ struct OursOps
         bar->addTab(MakeTab(TabData::TabTypeHomePage, QStringLiteral("Home"), -1));
         return bar;
     }
-    static void AddTab(Bar *bar, int serial) { bar->addTab(MakeTab(TabData::TabTypeWeb, Title(serial), serial)); }
-    static void SetCurrent(Bar *bar, int index) { bar->setCurrentIndex(index); }
-    static void Remove(Bar *bar, int index) { bar->removeTab(index); }
-    static int Count(const Bar *bar) { return bar->count(); }
-};
-
-struct QTabBarOps
-{
-    using Bar = QTabBar;
-    static Bar *Make(QWidget *window)
-    {
-        auto *bar = new QTabBar(window);
-        bar->setTabsClosable(true);
-        bar->setMovable(true);
-        bar->setUsesScrollButtons(true);
-        bar->setExpanding(false);
-        bar->setElideMode(Qt::ElideRight);
-        bar->addTab(QStringLiteral("Home"));
-        return bar;
-    }
-    static void AddTab(Bar *bar, int serial) { bar->addTab(Title(serial)); }
+    static void AddTab(Bar *bar, int serial) { bar->addTab(MakeTab(TabData::TabTypeWeb, TabBarWorkload::Title(serial), serial)); }
     static void SetCurrent(Bar *bar, int index) { bar->setCurrentIndex(index); }
     static void Remove(Bar *bar, int index) { bar->removeTab(index); }
     static int Count(const Bar *bar) { return bar->count(); }
@@ -83,27 +51,5 @@ struct QTabBarOps
 
 int main(int argc, char *argv[])
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication::setAttribute(Qt::AA_Use96Dpi, true);
-    QApplication app(argc, argv);
-    DpiTool::SetScaleFactor(1.0);
-
-    bool styled = false;
-    for (int i = 1; i < argc; ++i)
-        styled = styled || std::strcmp(argv[i], "--styled") == 0;
-    const QString sheet = styled ? KelTabStyle::DefaultStyleSheet() : QString();
-    constexpr int kWidth = 1200;
-
-    std::printf("# name ours qtabbar ratio (times in ms, memory in bytes per tab; %s)\n",
-                styled ? "both windows with the default style sheet" : "no style sheet");
-    for (int tabs : {100, 1000}) {
-        // A warm-up round each, so that the first figures do not carry one-time costs.
-        TabBarWorkload::Run<OursOps>(20, kWidth, sheet);
-        TabBarWorkload::Run<QTabBarOps>(20, kWidth, sheet);
-        const TabBarWorkload::Figures ours = TabBarWorkload::Run<OursOps>(tabs, kWidth, sheet);
-        const TabBarWorkload::Figures theirs = TabBarWorkload::Run<QTabBarOps>(tabs, kWidth, sheet);
-        TabBarWorkload::PrintComparison(tabs, ours, theirs);
-    }
-    return 0;
+    return TabBarWorkload::Main<OursOps, TabBarWorkload::QTabBarOps<true>>(argc, argv, {100, 1000});
 }

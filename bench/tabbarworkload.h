@@ -14,17 +14,24 @@
 //       static int Count(const Bar *bar);
 //   };
 //
-// and calls TabBarWorkload::Run<Ops>(tabs, width). Every timed phase ends by letting
+// and calls TabBarWorkload::Run<Ops>(tabs, width), or runs the whole comparison with
+// QTabBar through TabBarWorkload::Main<Ops, QTabBarOps<...>>(). Every timed phase ends by letting
 // the event loop run what the calls left for later (polish, layout, paint, deferred
 // deletion), so deferred work is counted where it was caused.
 
+#include "dpitool.h"
+#include "keltabstyle.h"
+
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QTabBar>
 #include <QWidget>
 
 #include <malloc.h>
 
 #include <cstdio>
+#include <cstring>
+#include <initializer_list>
 #include <memory>
 
 namespace TabBarWorkload {
@@ -123,6 +130,73 @@ inline void PrintComparison(int tabs, const Figures &ours, const Figures &theirs
     Print("resize", tabs, "_ms", ours.resizeMs, theirs.resizeMs);
     Print("remove_middle", tabs, "_ms", ours.removeMs, theirs.removeMs);
     Print("bytes_per_tab", tabs, "", ours.bytesPerTab, theirs.bytesPerTab);
+}
+
+/** The title every benchmark gives tab number @p serial, long enough to be elided. */
+inline QString Title(int serial)
+{
+    return QStringLiteral("Page %1 - a site with a long title").arg(serial);
+}
+
+/**
+ * Qt's QTabBar set up as a browser strip (closable, movable, scroll buttons, elided
+ * titles), the reference every tab-bar benchmark compares with. With @p HomeTab it
+ * starts with one tab, to match a bar of ours that holds a fixed home tab.
+ */
+template <bool HomeTab>
+struct QTabBarOps
+{
+    using Bar = QTabBar;
+    static Bar *Make(QWidget *window)
+    {
+        auto *bar = new QTabBar(window);
+        bar->setTabsClosable(true);
+        bar->setMovable(true);
+        bar->setUsesScrollButtons(true);
+        bar->setExpanding(false);
+        bar->setElideMode(Qt::ElideRight);
+        if (HomeTab)
+            bar->addTab(QStringLiteral("Home"));
+        return bar;
+    }
+    static void AddTab(Bar *bar, int serial) { bar->addTab(Title(serial)); }
+    static void SetCurrent(Bar *bar, int index) { bar->setCurrentIndex(index); }
+    static void Remove(Bar *bar, int index) { bar->removeTab(index); }
+    static int Count(const Bar *bar) { return bar->count(); }
+};
+
+/**
+ * The whole benchmark program: headless unless a platform is set, scale factor 1.0,
+ * and for each count in @p tabCounts one warm-up round per bar and then the figures,
+ * printed as `name ours qtabbar ratio`. With --styled both windows carry the library's
+ * default style sheet, as in a host that applies it.
+ */
+template <typename Ours, typename Theirs>
+int Main(int argc, char *argv[], std::initializer_list<int> tabCounts)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication::setAttribute(Qt::AA_Use96Dpi, true);
+    QApplication app(argc, argv);
+    DpiTool::SetScaleFactor(1.0);
+
+    bool styled = false;
+    for (int i = 1; i < argc; ++i)
+        styled = styled || std::strcmp(argv[i], "--styled") == 0;
+    const QString sheet = styled ? KelTabStyle::DefaultStyleSheet() : QString();
+    constexpr int kWidth = 1200;
+
+    std::printf("# name ours qtabbar ratio (times in ms, memory in bytes per tab; %s)\n",
+                styled ? "both windows with the default style sheet" : "no style sheet");
+    for (int tabs : tabCounts) {
+        // A warm-up round each, so that the first figures do not carry one-time costs.
+        Run<Ours>(20, kWidth, sheet);
+        Run<Theirs>(20, kWidth, sheet);
+        const Figures ours = Run<Ours>(tabs, kWidth, sheet);
+        const Figures theirs = Run<Theirs>(tabs, kWidth, sheet);
+        PrintComparison(tabs, ours, theirs);
+    }
+    return 0;
 }
 
 } // namespace TabBarWorkload
