@@ -1,4 +1,5 @@
 #include "keltabtest.h"
+#include "keyrecordingwidget.h"
 
 #include "vosshortcut.h"
 
@@ -6,30 +7,6 @@
 #include <QWidget>
 
 namespace {
-
-// Remembers the keys that reached it, to tell consumed presses from passed ones.
-class KeyWidget : public QWidget
-{
-public:
-    using QWidget::QWidget;
-    QList<int> pressed;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override
-    {
-        // QTest presses the modifier keys on their own before the key itself.
-        switch (event->key()) {
-        case Qt::Key_Control:
-        case Qt::Key_Shift:
-        case Qt::Key_Alt:
-        case Qt::Key_Meta:
-            break;
-        default:
-            pressed.append(event->key());
-        }
-        event->accept();
-    }
-};
 
 using Activation = QPair<uint, uint>;
 
@@ -158,7 +135,7 @@ private Q_SLOTS:
 
     void registrationKeepsOrderAndIgnoresRepeats()
     {
-        KeyWidget widget;
+        KeyRecordingWidget widget;
         VosShortcut shortcut(&widget, Qt::WidgetShortcut);
         shortcut.AddShortcut(0x74, 0);
         shortcut.AddShortcut(0x52, 2);
@@ -194,7 +171,7 @@ private Q_SLOTS:
         QFETCH(uint, keyCode);
         QFETCH(uint, mask);
 
-        KeyWidget widget;
+        KeyRecordingWidget widget;
         widget.show();
         VosShortcut shortcut(&widget, Qt::WidgetShortcut);
         shortcut.AddShortcut(keyCode, mask);
@@ -202,7 +179,7 @@ private Q_SLOTS:
 
         QTest::keyClick(&widget, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
         QCOMPARE(Activations(spy), QList<Activation>{qMakePair(keyCode, mask)});
-        QVERIFY(widget.pressed.isEmpty());
+        QVERIFY(widget.keys.isEmpty());
     }
 
     void otherPressesPassOn_data()
@@ -222,7 +199,7 @@ private Q_SLOTS:
         QFETCH(int, key);
         QFETCH(int, modifiers);
 
-        KeyWidget widget;
+        KeyRecordingWidget widget;
         widget.show();
         VosShortcut shortcut(&widget, Qt::WidgetShortcut);
         shortcut.AddShortcut(0x54, 2);
@@ -232,7 +209,7 @@ private Q_SLOTS:
 
         QTest::keyClick(&widget, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
         QCOMPARE(spy.count(), 0);
-        QCOMPARE(widget.pressed, QList<int>{key});
+        QCOMPARE(widget.keys, QList<int>{key});
     }
 
     void contexts_data()
@@ -263,13 +240,13 @@ private Q_SLOTS:
         // platform complain about size hints it cannot pass on.
         QWidget window;
         window.resize(200, 200);
-        auto *widget = new KeyWidget(&window);
+        auto *widget = new KeyRecordingWidget(&window);
         widget->setGeometry(0, 0, 200, 100);
-        auto *child = new KeyWidget(widget);
+        auto *child = new KeyRecordingWidget(widget);
         child->setGeometry(10, 10, 50, 50);
-        auto *sibling = new KeyWidget(&window);
+        auto *sibling = new KeyRecordingWidget(&window);
         sibling->setGeometry(0, 100, 200, 100);
-        KeyWidget otherWindow;
+        KeyRecordingWidget otherWindow;
         window.show();
         otherWindow.show();
 
@@ -292,8 +269,8 @@ private Q_SLOTS:
     void hiddenWidgetDoesNotTakeWindowPresses()
     {
         QWidget window;
-        auto *widget = new KeyWidget(&window);
-        auto *sibling = new KeyWidget(&window);
+        auto *widget = new KeyRecordingWidget(&window);
+        auto *sibling = new KeyRecordingWidget(&window);
         window.show();
         widget->hide();
         VosShortcut shortcut(widget, Qt::WindowShortcut);
@@ -301,12 +278,12 @@ private Q_SLOTS:
         QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
         QTest::keyClick(sibling, Qt::Key_W, Qt::ControlModifier);
         QCOMPARE(spy.count(), 0);
-        QCOMPARE(sibling->pressed, QList<int>{Qt::Key_W});
+        QCOMPARE(sibling->keys, QList<int>{Qt::Key_W});
     }
 
     void autoRepeatReportsAgain()
     {
-        KeyWidget widget;
+        KeyRecordingWidget widget;
         widget.show();
         VosShortcut shortcut(&widget, Qt::WidgetShortcut);
         shortcut.AddShortcut(0x09, 2);
@@ -320,33 +297,33 @@ private Q_SLOTS:
 
     void destroyedWidgetStopsReports()
     {
-        auto *widget = new KeyWidget;
+        auto *widget = new KeyRecordingWidget;
         widget->show();
         VosShortcut shortcut(widget, Qt::WidgetWithChildrenShortcut);
         shortcut.AddShortcut(0x57, 2);
         delete widget;
         QCOMPARE(shortcut.Widget(), nullptr);
 
-        KeyWidget other;
+        KeyRecordingWidget other;
         other.show();
         QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
         QTest::keyClick(&other, Qt::Key_W, Qt::ControlModifier);
         QCOMPARE(spy.count(), 0);
-        QCOMPARE(other.pressed, QList<int>{Qt::Key_W});
+        QCOMPARE(other.keys, QList<int>{Qt::Key_W});
     }
 
     void destroyedShortcutStopsWatching()
     {
-        KeyWidget widget;
+        KeyRecordingWidget widget;
         widget.show();
         {
             VosShortcut shortcut(&widget, Qt::WidgetShortcut);
             shortcut.AddShortcut(0x57, 2);
             QTest::keyClick(&widget, Qt::Key_W, Qt::ControlModifier);
-            QVERIFY(widget.pressed.isEmpty());
+            QVERIFY(widget.keys.isEmpty());
         }
         QTest::keyClick(&widget, Qt::Key_W, Qt::ControlModifier);
-        QCOMPARE(widget.pressed, QList<int>{Qt::Key_W});
+        QCOMPARE(widget.keys, QList<int>{Qt::Key_W});
     }
 };
 

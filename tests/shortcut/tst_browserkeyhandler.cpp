@@ -1,4 +1,5 @@
 #include "keltabtest.h"
+#include "keyrecordingwidget.h"
 
 #include "browserkeyhandler.h"
 #include "ikeyhandlerdelegate.h"
@@ -57,28 +58,6 @@ public:
     void ActionAltE() override { calls << QStringLiteral("ActionAltE"); }
 };
 
-// The page: remembers the keys that got through to it.
-class Page : public QWidget
-{
-public:
-    using QWidget::QWidget;
-    QList<int> keys;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override
-    {
-        switch (event->key()) {
-        case Qt::Key_Control:
-        case Qt::Key_Shift:
-        case Qt::Key_Alt:
-        case Qt::Key_Meta:
-            return; // QTest presses the modifiers on their own first
-        default:
-            keys << event->key();
-        }
-    }
-};
-
 using Combination = QPair<uint, uint>;
 
 QList<Combination> DefaultTable()
@@ -104,7 +83,7 @@ class TstBrowserKeyHandler : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<Page> m_page;
+    std::unique_ptr<KeyRecordingWidget> m_page;
     std::unique_ptr<RecordingDelegate> m_delegate;
     std::unique_ptr<BrowserKeyHandler> m_handler;
 
@@ -127,7 +106,7 @@ private:
 private Q_SLOTS:
     void init()
     {
-        m_page.reset(new Page);
+        m_page.reset(new KeyRecordingWidget);
         m_page->resize(300, 200);
         m_page->show();
         m_delegate.reset(new RecordingDelegate);
@@ -275,7 +254,7 @@ private Q_SLOTS:
 
     void browserModeTakesKeysOfDescendants()
     {
-        auto *view = new Page(m_page.get());
+        auto *view = new KeyRecordingWidget(m_page.get());
         view->setGeometry(10, 10, 100, 100);
         view->show();
         Press(Qt::Key_T, Qt::ControlModifier, view);
