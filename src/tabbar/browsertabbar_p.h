@@ -1,56 +1,53 @@
 #pragma once
 
+// The private class of BrowserTabBar: the classic strip's widths, placement, new-tab
+// button and drag. Not part of the installed API.
+
+#include "browsertabbarbase_p.h"
+#include "browsertabbar.h"
 #include "browsertabbuttonbg.h"
 
-#include <QList>
-#include <QPoint>
-#include <QPointer>
-#include <QWidget>
-
-#include <memory>
-
-class BrowserTabBar;
 class BrowserTabButton;
-class BrowserTabMoveProxy;
-class ITabManager;
-class KelMenu;
 class KelPushButtonHover;
 class QFrame;
-class QTimer;
 
-/** The private state of BrowserTabBar. */
-class BrowserTabBarPrivate
+class BrowserTabBarPrivate : public BrowserTabBarBasePrivate
 {
+    Q_DECLARE_PUBLIC(BrowserTabBar)
 public:
-    bool closedByMouse = false;  // a tab was closed by its close button since the last full fit
-    bool closedLastTab = false;  // ... and it was the last tab
-    bool dragStarted = false;    // the held tab has moved at least once
-    int currentIndex = -1;
-    int firstIndex = 0;
-    int menuIndex = -1;          // the tab whose menu is (or was last) open
-    int buttonWidth = 0;
-    int extraPixels = 0;         // movable tabs, from the first, that are one pixel wider
-    bool closeButtonsShown = false; // buttonWidth was above NoCloseButtonWidth at the last sizing
-    QPoint pressOffset;          // x: tab x minus pointer x at the press; y: tab y
-    QPointer<KelMenu> menu;
-    ITabManager *tabManager = nullptr;
-    QFrame *contentWidget = nullptr;
+    BrowserTabBarPrivate();
+    ~BrowserTabBarPrivate() override;
+
+    void Init();
+
+    QFrame *contentWidget = nullptr;      // holds the tab buttons; its width is the strip's
     KelPushButtonHover *newTabButton = nullptr;
-    QPointer<BrowserTabButton> movingButton;
-    BrowserTabMoveProxy *moveProxy = nullptr; // parentless popup, deleted by the bar
-    BrowserTabButtonBg buttonBg;
-    QList<BrowserTabButton *> buttons;
+    bool showNewTabButton = true;         // cleared for good by HideNewTabButton()
+    bool closeButtonsShown = false;       // buttonWidth was above NoCloseButtonWidth at the last sizing
+    BrowserTabButtonBg buttonBg;          // one background cache for all buttons: they share a width
 
-    QTimer *relayoutTimer = nullptr;  // child of the bar: dies with it, never fires into a dead bar
-    bool showNewTabButton = true;     // cleared for good by HideNewTabButton()
-    bool menuOpen = false;            // a menu request while the menu is open is ignored
+    BrowserTabButton *Button(int index) const;
+    void InitContent();
+    void ComputeButtonWidth(int available);
+    void SizeButtons();
+    void ResizeButtons();
+    void ResizeLastButtons();
+    void ResetButtons();
+    void SetContentWidth();
+    void SortButtons();
 
-    // The menu runs inside the press handler of the tab that was right-clicked, and
-    // Qt sends that tab a context-menu event after the handler returns; the menu
-    // itself still runs code after a command's signal. Whatever a menu command
-    // removes must therefore outlive the menu: removed tabs wait here, and if the
-    // bar itself is destroyed, its strip of tabs and its menu wait in menuGrave,
-    // which the menu's caller deletes once the menu has returned.
-    QList<QPointer<BrowserTabButton>> parkedButtons;
-    std::shared_ptr<QList<QPointer<QWidget>>> menuGrave;
+    BrowserTabButtonBase *CreateButton(const TabDataPtr &tab, const QString &iconPath, bool loading) override;
+    void Relayout() override;
+    void LayoutAfterRemoval() override;
+    void CurrentTabChanged(int previous) override;
+    void LayoutAfterMove() override;
+    int NextCurrentOnRemoval(int index) override;
+    QString PluginIconUrl(const QString &pluginCode) override;
+    void BuildMenu(KelMenu *menu) override;
+    void PrepareMenu(const TabDataPtr &tab) override;
+    void AdjustForDpi() override;
+    bool BeginPress(BrowserTabButtonBase *button, const QPoint &globalPos) override;
+    void DragTo(const QPoint &globalPos) override;
+    void EndPress(BrowserTabButtonBase *button) override;
+    void DragAbandoned() override;
 };

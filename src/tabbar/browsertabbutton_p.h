@@ -1,9 +1,10 @@
 #pragma once
 
-#include "tabdata.h"
+// The private class of BrowserTabButton. Not part of the installed API.
 
-#include <QMetaObject>
-#include <QPointer>
+#include "browsertabbuttonbase_p.h"
+#include "browsertabbutton.h"
+
 #include <QString>
 
 class BrowserTabBar;
@@ -12,29 +13,35 @@ class KelLoadingLabelEx;
 class KelPushButton;
 class QFrame;
 
-/** The state of one BrowserTabButton; its widgets are children of the button. */
-class BrowserTabButtonPrivate
+class BrowserTabButtonPrivate : public BrowserTabButtonBasePrivate
 {
+    Q_DECLARE_PUBLIC(BrowserTabButton)
 public:
-    bool checked = false;
-    bool pressed = false;
-    bool loading = false;
-    bool hovered = false;
+    BrowserTabButtonPrivate();
+    ~BrowserTabButtonPrivate() override;
 
+    // The form; every widget is a child of the button.
     QFrame *homePage = nullptr;
     QFrame *content = nullptr;
     KelPushButton *icon = nullptr;
     KelLoadingLabelEx *loadingLabel = nullptr;
     KelLabel *title = nullptr;
     KelPushButton *closeButton = nullptr;
-
-    QPointer<BrowserTabBar> bar;
-    TabDataPtr tabData;
-    QString requestedIconUrl;
-    QString iconPath;
     // What the icon button shows, so that a layout pass does not restyle it again.
-    bool iconShown = false;
+    bool iconShownOnce = false;
     QString shownIconPath;
-    // The pending icon request; only the answer to the last URL asked for counts.
-    QMetaObject::Connection iconConnection;
+
+    BrowserTabBar *Bar() const;
+    void InitForm();
+    void InitButton();
+    void UpdateTextGeometry();
+    void SetStyleName(const QString &name);
+
+    void SetTitle(const QString &title) override;
+    void SetChecked(bool checked) override;
+    void SetPressed() override;
+    void SetReleased() override;
+    void LoadStart() override;
+    void LoadFinished() override;
+    void UpdateIcon() override;
 };

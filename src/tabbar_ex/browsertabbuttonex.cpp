@@ -1,16 +1,15 @@
 #include "browsertabbuttonex.h"
 
 #include "browsertabbarex.h"
+#include "browsertabbuttonex_p.h"
 #include "dpitool.h"
 #include "elidedlabelex.h"
 #include "kelloadinglabelex.h"
 #include "kelpushbutton.h"
-#include "tabbarexgeometry_p.h"
+#include "tabgeometry_p.h"
+#include "tabpointer_p.h"
 #include "uiutils.h"
-#include "vosimagecache.h"
 
-#include <QCursor>
-#include <QFileInfo>
 #include <QIcon>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -51,51 +50,53 @@ int S(int value)
 
 } // namespace
 
-// The button's inner widgets, all owned through Qt parenthood (the content frame is
-// their parent); the struct itself is owned by the button.
-struct BrowserTabButtonEx::Form
+void BrowserTabButtonExPrivate::Form::Create(BrowserTabButtonEx *button)
 {
-    QFrame *content = nullptr;
-    KelLoadingLabelEx *loading = nullptr;
-    ElidedLabelEx *title = nullptr;
-    KelPushButton *close = nullptr;
-    QPushButton *icon = nullptr;
+    content = new QFrame(button);
+    content->setObjectName(kNameContent);
+    content->setGeometry(0, 8, 224, 16);
+    content->setFrameShape(QFrame::NoFrame);
+    content->setFrameShadow(QFrame::Plain);
+    content->setLineWidth(0);
 
-    void Create(BrowserTabButtonEx *button)
-    {
-        content = new QFrame(button);
-        content->setObjectName(kNameContent);
-        content->setGeometry(0, 8, 224, 16);
-        content->setFrameShape(QFrame::NoFrame);
-        content->setFrameShadow(QFrame::Plain);
-        content->setLineWidth(0);
+    loading = new KelLoadingLabelEx(content);
+    loading->setObjectName(QStringLiteral("TabButtonLoadingEx"));
+    loading->setGeometry(16, 0, 16, 16);
+    loading->setLineWidth(0);
 
-        loading = new KelLoadingLabelEx(content);
-        loading->setObjectName(QStringLiteral("TabButtonLoadingEx"));
-        loading->setGeometry(16, 0, 16, 16);
-        loading->setLineWidth(0);
+    title = new ElidedLabelEx(content);
+    title->setObjectName(QStringLiteral("TabButtonTextEx"));
+    title->setGeometry(32, 0, 176, 16);
+    title->setMinimumSize(0, 0);
+    title->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    title->setLineWidth(0);
+    title->setTextFormat(Qt::PlainText);
+    title->setMargin(0);
 
-        title = new ElidedLabelEx(content);
-        title->setObjectName(QStringLiteral("TabButtonTextEx"));
-        title->setGeometry(32, 0, 176, 16);
-        title->setMinimumSize(0, 0);
-        title->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-        title->setLineWidth(0);
-        title->setTextFormat(Qt::PlainText);
-        title->setMargin(0);
+    close = new KelPushButton(0, 0, content);
+    close->setObjectName(QStringLiteral("TabButtonCloseBtnEx"));
+    close->setGeometry(208, 0, 16, 16);
+    close->setCursor(Qt::PointingHandCursor);
 
-        close = new KelPushButton(0, 0, content);
-        close->setObjectName(QStringLiteral("TabButtonCloseBtnEx"));
-        close->setGeometry(208, 0, 16, 16);
-        close->setCursor(Qt::PointingHandCursor);
+    icon = new QPushButton(content);
+    icon->setObjectName(QStringLiteral("TabButtonIconEx"));
+    icon->setGeometry(0, 0, 16, 16);
+    // Clicking a tab must never take the keyboard focus away from the page.
+    icon->setFocusPolicy(Qt::NoFocus);
+}
 
-        icon = new QPushButton(content);
-        icon->setObjectName(QStringLiteral("TabButtonIconEx"));
-        icon->setGeometry(0, 0, 16, 16);
-        // Clicking a tab must never take the keyboard focus away from the page.
-        icon->setFocusPolicy(Qt::NoFocus);
-    }
-};
+BrowserTabButtonExPrivate::BrowserTabButtonExPrivate()
+    : iconName(QStringLiteral("TabButtonIconEx"))
+{
+    recordsIconUrl = true;
+}
+
+BrowserTabButtonExPrivate::~BrowserTabButtonExPrivate() = default;
+
+BrowserTabBarEx *BrowserTabButtonExPrivate::Bar() const
+{
+    return static_cast<BrowserTabBarEx *>(bar.data());
+}
 
 BrowserTabButtonEx::BrowserTabButtonEx(TabDataPtr tabData, const QString &iconPath, bool loading,
                                        BrowserTabBarEx *bar, QWidget *parent)
@@ -105,28 +106,25 @@ BrowserTabButtonEx::BrowserTabButtonEx(TabDataPtr tabData, const QString &iconPa
 
 BrowserTabButtonEx::BrowserTabButtonEx(TabDataPtr tabData, const QString &iconPath, bool loading,
                                        BrowserTabBarEx *bar, QWidget *parent, FormMode mode)
-    : QFrame(parent)
-    , m_loading(loading)
-    , m_bar(bar)
-    , m_tabData(std::move(tabData))
-    , m_iconPath(iconPath)
-    , m_iconName(QStringLiteral("TabButtonIconEx"))
+    : BrowserTabButtonBase(*new BrowserTabButtonExPrivate, std::move(tabData), iconPath, loading, bar, parent)
 {
-    Init(mode);
+    Q_D(BrowserTabButtonEx);
+    d->Init(mode);
 }
 
 BrowserTabButtonEx::~BrowserTabButtonEx() = default;
 
-void BrowserTabButtonEx::Init(FormMode mode)
+void BrowserTabButtonExPrivate::Init(BrowserTabButtonEx::FormMode mode)
 {
-    if (objectName().isEmpty())
-        setObjectName(kNameButton);
-    resize(224, 32);
-    setFocusPolicy(Qt::NoFocus);
-    setContextMenuPolicy(Qt::NoContextMenu);
-    setWindowTitle(QStringLiteral("BrowserTabButtonBase"));
-    setLineWidth(0);
-    if (mode == FormMode::Created)
+    Q_Q(BrowserTabButtonEx);
+    if (q->objectName().isEmpty())
+        q->setObjectName(kNameButton);
+    q->resize(224, 32);
+    q->setFocusPolicy(Qt::NoFocus);
+    q->setContextMenuPolicy(Qt::NoContextMenu);
+    q->setWindowTitle(QStringLiteral("BrowserTabButtonBase"));
+    q->setLineWidth(0);
+    if (mode == BrowserTabButtonEx::FormMode::Created)
         CreateForm();
 
     SetStyleName(BackStyleName());
@@ -137,177 +135,123 @@ void BrowserTabButtonEx::Init(FormMode mode)
     InitButton();
 }
 
-void BrowserTabButtonEx::InitButton()
+void BrowserTabButtonExPrivate::InitButton()
 {
-    const QString title = m_tabData ? m_tabData->GetTitle() : QString();
-    setToolTip(title.toHtmlEscaped());
-    setCursor(Qt::ArrowCursor);
+    Q_Q(BrowserTabButtonEx);
+    const QString title = tabData->GetTitle();
+    q->setToolTip(title.toHtmlEscaped());
+    q->setCursor(Qt::ArrowCursor);
     // The tool tip keeps the empty title on purpose: a fresh tab has nothing to tell.
-    if (m_tabData && title.isEmpty())
-        m_tabData->SetTitle(TabData::GetNewTabName());
+    if (title.isEmpty())
+        tabData->SetTitle(TabData::GetNewTabName());
 
-    if (IsHomePage()) {
+    if (IsHomePage())
         SetIconLook(kNameIconHome, QString(), QString(), false);
-        SetIconVisibility(m_iconShown, false);
-    } else {
-        // The indicator turns from CreateForm() on when the tab is loading.
-        SetIconVisibility(m_iconShown, false);
-    }
+    // The indicator turns from CreateForm() on when the tab is loading.
+    SetIconVisibility(iconShown, false);
 
     ChooseIconSource();
     UpdateIcon();
+    titlePixelSize = S(kTitlePixelSize);
     ApplyFont();
     UpdateLayout();
     UpdateCloseButton();
-    show();
+    q->show();
 }
 
-void BrowserTabButtonEx::CreateForm()
+void BrowserTabButtonExPrivate::CreateForm()
 {
-    if (m_form)
+    Q_Q(BrowserTabButtonEx);
+    if (form)
         return;
-    m_form.reset(new Form);
-    m_form->Create(this);
-    Form &form = *m_form;
+    form.reset(new Form);
+    form->Create(q);
 
     if (!IsHomePage()) {
-        connect(form.close, &QPushButton::clicked, this, &BrowserTabButtonEx::SlotCloseClicked);
-        connect(form.icon, &QPushButton::clicked, this, &BrowserTabButtonEx::SlotIconClicked);
-        form.loading->SetImage(QString::fromLatin1(kLoadingImage));
-        if (m_loading)
-            form.loading->StartAnimation(kLoadingIntervalMs);
+        QObject::connect(form->close, &QPushButton::clicked, q, &BrowserTabButtonBase::SlotCloseClicked);
+        QObject::connect(form->icon, &QPushButton::clicked, q, &BrowserTabButtonEx::SlotIconClicked);
+        form->loading->SetImage(QString::fromLatin1(kLoadingImage));
+        if (loading)
+            form->loading->StartAnimation(kLoadingIntervalMs);
     }
 
     // Everything that happened while the widgets did not exist.
-    form.content->setObjectName(m_separatorShown ? kNameContentWithSep : kNameContentNoSep);
-    form.icon->setVisible(m_iconShown);
-    form.loading->setVisible(m_loadingShown);
-    form.close->setVisible(m_closeShown);
-    m_shownIconFile.clear();
+    form->content->setObjectName(separatorShown ? kNameContentWithSep : kNameContentNoSep);
+    form->icon->setVisible(iconShown);
+    form->loading->setVisible(loadingShown);
+    form->close->setVisible(closeShown);
+    shownIconFile.clear();
     ApplyIconLook();
     ApplyFont();
     UpdateLayout();
-    form.content->show();
+    form->content->show();
 }
 
-void BrowserTabButtonEx::ReleaseForm()
+void BrowserTabButtonExPrivate::ReleaseForm()
 {
-    if (!m_form)
+    if (!form)
         return;
-    QFrame *content = m_form->content;
-    m_form->loading->StopAnimation();
-    m_form.reset();
-    m_shownIconFile.clear();
+    QFrame *content = form->content;
+    form->loading->StopAnimation();
+    form.reset();
+    shownIconFile.clear();
     // Later, not now: one of the widgets may be delivering the event that led here.
     content->hide();
     content->deleteLater();
 }
 
-void BrowserTabButtonEx::ChooseIconSource()
+void BrowserTabButtonExPrivate::ApplyFont()
 {
-    if (!m_tabData)
+    if (!form)
         return;
-    if (m_tabData->IsPlugin() && m_bar)
-        SetIconUrl(m_bar->GetPluginIconUrl(m_tabData->GetTitle()));
-    else if (m_tabData->IsWebPopup() && !m_iconPath.isEmpty())
-        SetIconUrl(m_iconPath);
-    else if (m_tabData->IsWeb() && !m_iconPath.isEmpty())
-        SetIconUrl(m_iconPath);
-}
-
-void BrowserTabButtonEx::ReloadIcon()
-{
-    ChooseIconSource();
-    UpdateIcon();
+    form->title->SetFontFamily(QString::fromLatin1(kTitleFontFamily));
+    form->title->SetFontPixelSize(titlePixelSize);
 }
 
 void BrowserTabButtonEx::ApplyFont()
 {
-    if (!m_form)
+    Q_D(BrowserTabButtonEx);
+    d->titlePixelSize = S(kTitlePixelSize);
+    d->ApplyFont();
+}
+
+QString BrowserTabButtonExPrivate::BackStyleName() const
+{
+    return hovered ? kNameBackHover : kNameBack;
+}
+
+void BrowserTabButtonExPrivate::SetStyleName(const QString &name)
+{
+    Q_Q(BrowserTabButtonEx);
+    if (q->objectName() == name)
         return;
-    m_form->title->SetFontFamily(QString::fromLatin1(kTitleFontFamily));
-    m_form->title->SetFontPixelSize(S(kTitlePixelSize));
-}
-
-void BrowserTabButtonEx::DetachFromBar()
-{
-    m_bar = nullptr;
-}
-
-bool BrowserTabButtonEx::IsHomePage() const
-{
-    return m_tabData && m_tabData->IsHomePage();
-}
-
-QString BrowserTabButtonEx::BackStyleName() const
-{
-    return m_hovered ? kNameBackHover : kNameBack;
-}
-
-void BrowserTabButtonEx::SetStyleName(const QString &name)
-{
-    if (objectName() == name)
-        return;
-    setObjectName(name);
+    q->setObjectName(name);
     // Children's rules may depend on the button's name, so they are re-polished with it.
-    TabBarExGeometry::Repolish(this);
-    if (m_form) {
-        TabBarExGeometry::Repolish(m_form->title);
-        TabBarExGeometry::Repolish(m_form->close);
-        TabBarExGeometry::Repolish(m_form->icon);
+    TabGeometry::Repolish(q);
+    if (form) {
+        TabGeometry::Repolish(form->title);
+        TabGeometry::Repolish(form->close);
+        TabGeometry::Repolish(form->icon);
     }
-    update();
+    q->update();
 }
 
-void BrowserTabButtonEx::SetTitle(const QString &title)
+void BrowserTabButtonExPrivate::SetTitle(const QString &)
 {
-    if (title.isEmpty() || !m_tabData)
-        return;
-    m_tabData->SetTitle(title);
-    setToolTip(title.toHtmlEscaped());
     UpdateTitle();
     UpdateTextGeometry();
 }
 
-void BrowserTabButtonEx::SetIconUrl(const QString &url)
+void BrowserTabButtonExPrivate::SetChecked(bool isChecked)
 {
-    m_requestedIconUrl = url;
-    if (m_tabData)
-        m_tabData->SetIconUrl(url);
-    VosImageCache *cache = VosImageCache::Instance();
-    // One connection is enough however often the icon is asked for: the answer for
-    // an older address is ignored anyway.
-    connect(cache, &VosImageCache::SigRequestImageFinished, this, &BrowserTabButtonEx::SlotRequestImageFinished,
-            Qt::UniqueConnection);
-    cache->RequestImage(m_requestedIconUrl, false);
-}
-
-void BrowserTabButtonEx::SlotRequestImageFinished(bool success, const QString &url, const QString &localPath)
-{
-    if (url != m_requestedIconUrl)
+    Q_Q(BrowserTabButtonEx);
+    checked = isChecked;
+    // A dragged button keeps its look until released.
+    if (pressed)
         return;
-    disconnect(VosImageCache::Instance(), &VosImageCache::SigRequestImageFinished, this,
-               &BrowserTabButtonEx::SlotRequestImageFinished);
-    if (success) {
-        if (QFileInfo::exists(localPath)) {
-            m_iconPath = localPath;
-            // The file may have been fetched again under the same name.
-            m_shownIconFile.clear();
-        }
-    } else {
-        m_iconPath.clear();
-    }
-    UpdateIcon();
-}
-
-void BrowserTabButtonEx::SetChecked(bool checked)
-{
-    m_checked = checked;
-    if (m_pressed)
-        return;
-    if (m_checked) {
+    if (checked) {
         SetStyleName(kNameFront);
-        raise();
+        q->raise();
     } else {
         SetStyleName(BackStyleName());
     }
@@ -315,60 +259,63 @@ void BrowserTabButtonEx::SetChecked(bool checked)
     UpdateCloseButton();
 }
 
-bool BrowserTabButtonEx::IsChecked() const
+void BrowserTabButtonExPrivate::SetPressed()
 {
-    return m_checked;
-}
-
-bool BrowserTabButtonEx::IsPressed() const
-{
-    return m_pressed;
-}
-
-void BrowserTabButtonEx::SetPressed()
-{
-    m_pressed = true;
+    pressed = true;
     SetStyleName(kNamePressed);
     UpdateIcon();
 }
 
-void BrowserTabButtonEx::SetReleased()
+void BrowserTabButtonExPrivate::SetReleased()
 {
-    m_pressed = false;
-    if (m_checked) {
+    Q_Q(BrowserTabButtonEx);
+    pressed = false;
+    if (checked) {
         SetStyleName(kNameFront);
-        raise();
+        q->raise();
     } else {
         SetStyleName(BackStyleName());
     }
-    m_checkedHover = m_checked && rect().contains(mapFromGlobal(QCursor::pos()));
+    checkedHover = checked && TabPointer::IsOver(q);
     UpdateIcon();
+}
+
+void BrowserTabButtonExPrivate::LeftPressed()
+{
+    checkedHover = true;
 }
 
 void BrowserTabButtonEx::SetSeparatorVisible(bool visible)
 {
-    const bool shown = visible && !m_checked && !m_hovered;
-    if (shown == m_separatorShown)
+    Q_D(BrowserTabButtonEx);
+    d->SetSeparatorVisible(visible);
+}
+
+void BrowserTabButtonExPrivate::SetSeparatorVisible(bool visible)
+{
+    const bool shown = visible && !checked && !hovered;
+    if (shown == separatorShown)
         return;
-    m_separatorShown = shown;
-    if (!m_form)
+    separatorShown = shown;
+    if (!form)
         return;
-    m_form->content->setObjectName(shown ? kNameContentWithSep : kNameContentNoSep);
-    TabBarExGeometry::Repolish(m_form->content);
+    form->content->setObjectName(shown ? kNameContentWithSep : kNameContentNoSep);
+    TabGeometry::Repolish(form->content);
 }
 
 bool BrowserTabButtonEx::IsSeparatorVisible() const
 {
-    return m_separatorShown;
+    Q_D(const BrowserTabButtonEx);
+    return d->separatorShown;
 }
 
-void BrowserTabButtonEx::LoadStart()
+void BrowserTabButtonExPrivate::LoadStart()
 {
-    m_loading = true;
+    loading = true;
     // The home tab keeps its icon while loading; a hidden indicator need not turn.
-    if (m_form && !IsHomePage())
-        m_form->loading->StartAnimation(kLoadingIntervalMs);
-    if (!m_bar)
+    if (form && !IsHomePage())
+        form->loading->StartAnimation(kLoadingIntervalMs);
+    if (!bar)
         return;
     if (IsHomePage())
         SetIconVisibility(true, false);
@@ -376,48 +323,54 @@ void BrowserTabButtonEx::LoadStart()
         SetIconVisibility(false, true);
 }
 
-void BrowserTabButtonEx::LoadFinished()
+void BrowserTabButtonExPrivate::LoadFinished()
 {
-    m_loading = false;
-    if (m_form)
-        m_form->loading->StopAnimation();
+    loading = false;
+    if (form)
+        form->loading->StopAnimation();
     UpdateIcon();
 }
 
-void BrowserTabButtonEx::SetIconVisibility(bool iconShown, bool loadingShown)
+void BrowserTabButtonExPrivate::SetIconVisibility(bool iconVisible, bool loadingVisible)
 {
-    m_iconShown = iconShown;
-    m_loadingShown = loadingShown;
-    if (!m_form)
+    iconShown = iconVisible;
+    loadingShown = loadingVisible;
+    if (!form)
         return;
-    if (m_form->icon->isHidden() == iconShown)
-        m_form->icon->setVisible(iconShown);
-    if (m_form->loading->isHidden() == loadingShown)
-        m_form->loading->setVisible(loadingShown);
+    if (form->icon->isHidden() == iconVisible)
+        form->icon->setVisible(iconVisible);
+    if (form->loading->isHidden() == loadingVisible)
+        form->loading->setVisible(loadingVisible);
 }
 
 void BrowserTabButtonEx::UpdateIcon()
 {
-    if (!m_bar)
+    Q_D(BrowserTabButtonEx);
+    d->UpdateIcon();
+}
+
+void BrowserTabButtonExPrivate::UpdateIcon()
+{
+    if (!bar)
         return;
     if (IsHomePage()) {
         SetIconVisibility(true, false);
         return;
     }
-    SetIconVisibility(!m_loading, m_loading);
-    if (m_loading)
+    SetIconVisibility(!loading, loading);
+    if (loading)
         return;
-    if (m_tabData && (m_tabData->IsPlugin() || m_tabData->IsWeb() || m_tabData->IsWebPopup()))
+    if (tabData->IsPlugin() || tabData->IsWeb() || tabData->IsWebPopup())
         ShowCustomIcon();
     else
         ShowDefaultIcon();
 }
 
-void BrowserTabButtonEx::ShowCustomIcon()
+void BrowserTabButtonExPrivate::ShowCustomIcon()
 {
     QString path;
-    if (m_checked && m_checkedHover && !m_pressed && m_bar)
-        path = m_bar->GetCheckedIcon(m_tabData);
+    if (checked && checkedHover && !pressed && bar)
+        path = Bar()->GetCheckedIcon(tabData);
     if (path.isEmpty()) {
         ShowDefaultIcon();
         return;
@@ -426,198 +379,155 @@ void BrowserTabButtonEx::ShowCustomIcon()
                 QString(), true);
 }
 
-void BrowserTabButtonEx::ShowDefaultIcon()
+void BrowserTabButtonExPrivate::ShowDefaultIcon()
 {
-    if (!m_iconPath.isEmpty())
-        SetIconLook(kNameIconWeb, QString(), m_iconPath, false);
+    if (!iconPath.isEmpty())
+        SetIconLook(kNameIconWeb, QString(), iconPath, false);
     else
         SetIconLook(kNameIconDefault, QString(), QString(), false);
 }
 
-void BrowserTabButtonEx::SetIconLook(const QString &name, const QString &styleSheet, const QString &iconFile,
-                                     bool takesMouse)
+void BrowserTabButtonExPrivate::SetIconLook(const QString &name, const QString &styleSheet, const QString &file,
+                                            bool takesMouse)
 {
-    m_iconName = name;
-    m_iconStyleSheet = styleSheet;
-    m_iconFile = iconFile;
-    m_iconTakesMouse = takesMouse;
+    iconName = name;
+    iconStyleSheet = styleSheet;
+    iconFile = file;
+    iconTakesMouse = takesMouse;
     ApplyIconLook();
 }
 
 // Each part is touched only when it changes: the bar asks buttons to update their icon
 // on every change of the current tab, and with hundreds of tabs a re-polish or an icon
 // load per button per change would dominate.
-void BrowserTabButtonEx::ApplyIconLook()
+void BrowserTabButtonExPrivate::ApplyIconLook()
 {
-    if (!m_form)
+    if (!form)
         return;
-    QPushButton *icon = m_form->icon;
-    icon->setAttribute(Qt::WA_TransparentForMouseEvents, !m_iconTakesMouse);
+    QPushButton *icon = form->icon;
+    icon->setAttribute(Qt::WA_TransparentForMouseEvents, !iconTakesMouse);
     if (!icon->testAttribute(Qt::WA_SetCursor))
         icon->setCursor(Qt::ArrowCursor);
 
-    if (m_iconFile != m_shownIconFile || (m_iconFile.isEmpty() && !icon->icon().isNull())) {
-        icon->setIcon(m_iconFile.isEmpty() ? QIcon() : QIcon(m_iconFile));
-        m_shownIconFile = m_iconFile;
+    if (iconFile != shownIconFile || (iconFile.isEmpty() && !icon->icon().isNull())) {
+        icon->setIcon(iconFile.isEmpty() ? QIcon() : QIcon(iconFile));
+        shownIconFile = iconFile;
     }
 
-    const bool renamed = icon->objectName() != m_iconName;
+    const bool renamed = icon->objectName() != iconName;
     if (renamed)
-        icon->setObjectName(m_iconName);
-    if (icon->styleSheet() != m_iconStyleSheet)
-        icon->setStyleSheet(m_iconStyleSheet); // re-polishes by itself, under the new name
+        icon->setObjectName(iconName);
+    if (icon->styleSheet() != iconStyleSheet)
+        icon->setStyleSheet(iconStyleSheet); // re-polishes by itself, under the new name
     else if (renamed)
-        TabBarExGeometry::Repolish(icon);
+        TabGeometry::Repolish(icon);
 }
 
 QPoint BrowserTabButtonEx::GetIconGlobalPos() const
 {
+    Q_D(const BrowserTabButtonEx);
     // The icon lies at the content frame's origin, made or not.
-    const QPoint iconPos = m_form ? m_form->icon->pos() : QPoint(0, 0);
+    const QPoint iconPos = d->form ? d->form->icon->pos() : QPoint(0, 0);
     return mapToGlobal(iconPos + DpiTool::ScaleDefault(QPoint(12, 8)));
 }
 
-TabDataPtr BrowserTabButtonEx::GetTabData() const
+void BrowserTabButtonExPrivate::UpdateLayout()
 {
-    return m_tabData;
-}
-
-QString BrowserTabButtonEx::RequestedIconUrl() const
-{
-    return m_requestedIconUrl;
-}
-
-QString BrowserTabButtonEx::IconPath() const
-{
-    return m_iconPath;
-}
-
-bool BrowserTabButtonEx::IsLoading() const
-{
-    return m_loading;
-}
-
-bool BrowserTabButtonEx::IsHovered() const
-{
-    return m_hovered;
-}
-
-void BrowserTabButtonEx::UpdateLayout()
-{
-    if (m_tabData && m_form) {
-        const int contentWidth = qMax(0, width() - S(kContentLeft));
-        TabBarExGeometry::SetFixedSize(m_form->content, QSize(contentWidth, S(kContentHeight)));
-        TabBarExGeometry::Move(m_form->content, QPoint(S(kContentLeft), S(kContentTop)));
+    Q_Q(BrowserTabButtonEx);
+    if (form) {
+        const int contentWidth = qMax(0, q->width() - S(kContentLeft));
+        TabGeometry::SetFixedSize(form->content, QSize(contentWidth, S(kContentHeight)));
+        TabGeometry::Move(form->content, QPoint(S(kContentLeft), S(kContentTop)));
         const QSize iconSize(S(kIconSize), S(kIconSize));
-        TabBarExGeometry::SetFixedSize(m_form->icon, iconSize);
-        TabBarExGeometry::SetFixedSize(m_form->loading, iconSize);
-        TabBarExGeometry::SetFixedSize(m_form->close, iconSize);
+        TabGeometry::SetFixedSize(form->icon, iconSize);
+        TabGeometry::SetFixedSize(form->loading, iconSize);
+        TabGeometry::SetFixedSize(form->close, iconSize);
         // A web icon fills its button at every scale factor, not the style's 16 pixels.
-        m_form->icon->setIconSize(iconSize);
-        TabBarExGeometry::Move(m_form->icon, QPoint(0, 0));
-        TabBarExGeometry::Move(m_form->loading, QPoint(0, 0));
-        TabBarExGeometry::Move(m_form->close, QPoint(contentWidth - S(kIconSize) - S(kCloseRightMargin), 0));
+        form->icon->setIconSize(iconSize);
+        TabGeometry::Move(form->icon, QPoint(0, 0));
+        TabGeometry::Move(form->loading, QPoint(0, 0));
+        TabGeometry::Move(form->close, QPoint(contentWidth - S(kIconSize) - S(kCloseRightMargin), 0));
         UpdateTextGeometry();
     }
     UpdateIcon();
     UpdateTitle();
 }
 
-void BrowserTabButtonEx::UpdateTextGeometry()
+void BrowserTabButtonExPrivate::UpdateTextGeometry()
 {
-    if (!m_form)
+    if (!form)
         return;
-    int textWidth = m_form->content->width() - S(kIconTextGap) - S(kIconSize) - S(kCloseRightMargin);
-    if (m_closeShown)
+    int textWidth = form->content->width() - S(kIconTextGap) - S(kIconSize) - S(kCloseRightMargin);
+    if (closeShown)
         textWidth -= S(kIconSize);
-    TabBarExGeometry::SetFixedSize(m_form->title, QSize(qMax(0, textWidth), S(kContentHeight)));
-    TabBarExGeometry::Move(m_form->title, QPoint(S(kIconTextGap) + S(kIconSize), 0));
+    TabGeometry::SetFixedSize(form->title, QSize(qMax(0, textWidth), S(kContentHeight)));
+    TabGeometry::Move(form->title, QPoint(S(kIconTextGap) + S(kIconSize), 0));
 }
 
-void BrowserTabButtonEx::UpdateTitle()
+void BrowserTabButtonExPrivate::UpdateTitle()
 {
-    if (m_form)
-        m_form->title->setText(m_tabData ? m_tabData->GetTitle() : QString(), QString());
+    if (form)
+        form->title->setText(tabData->GetTitle(), QString());
 }
 
-void BrowserTabButtonEx::UpdateCloseButton()
+void BrowserTabButtonExPrivate::UpdateCloseButton()
 {
+    Q_Q(BrowserTabButtonEx);
     if (IsHomePage())
-        m_closeShown = false;
-    else if (m_checked)
-        m_closeShown = true;
+        closeShown = false;
+    else if (checked)
+        closeShown = true;
     else
-        m_closeShown = width() > (m_bar ? m_bar->NoCloseButtonWidth() : DpiTool::ScaleDefault(112));
-    if (m_form && m_form->close->isHidden() == m_closeShown)
-        m_form->close->setVisible(m_closeShown);
+        closeShown = q->width() > (bar ? bar->NoCloseButtonWidth() : S(112));
+    if (form && form->close->isHidden() == closeShown)
+        form->close->setVisible(closeShown);
     UpdateTextGeometry();
-}
-
-void BrowserTabButtonEx::SlotCloseClicked()
-{
-    Q_EMIT SigCloseClicked(m_tabData);
 }
 
 void BrowserTabButtonEx::SlotIconClicked()
 {
-    Q_EMIT SigIconClicked(m_tabData);
-}
-
-void BrowserTabButtonEx::mousePressEvent(QMouseEvent *event)
-{
-    event->accept();
-    if (event->button() == Qt::LeftButton) {
-        // A receiver may delete this button (or its bar) while the signal runs.
-        const QPointer<BrowserTabButtonEx> self(this);
-        Q_EMIT SigChangeClicked(m_tabData);
-        if (!self || IsHomePage())
-            return;
-        m_checkedHover = true;
-        Q_EMIT SigButtonPressed();
-    } else if (event->button() == Qt::RightButton && !m_pressed) {
-        Q_EMIT SigMenuClicked(m_tabData);
-    }
-}
-
-void BrowserTabButtonEx::mouseDoubleClickEvent(QMouseEvent *event)
-{
-    event->accept();
-    if (m_bar && m_bar->IsDoubleCloseTab())
-        Q_EMIT SigCloseClicked(m_tabData);
+    Q_D(BrowserTabButtonEx);
+    const TabDataPtr tab = d->tabData;
+    Q_EMIT SigIconClicked(tab);
 }
 
 void BrowserTabButtonEx::enterEvent(QEvent *event)
 {
-    QFrame::enterEvent(event);
-    m_hovered = true;
-    if (m_checked) {
-        m_checkedHover = true;
-        UpdateIcon();
+    Q_D(BrowserTabButtonEx);
+    BrowserTabButtonBase::enterEvent(event);
+    d->hovered = true;
+    if (d->checked) {
+        d->checkedHover = true;
+        d->UpdateIcon();
         return;
     }
-    m_checkedHover = false;
-    if (!m_pressed)
-        SetStyleName(kNameBackHover);
-    Q_EMIT SigHoverChanged(m_tabData, true);
+    d->checkedHover = false;
+    if (!d->pressed)
+        d->SetStyleName(kNameBackHover);
+    const TabDataPtr tab = d->tabData;
+    Q_EMIT SigHoverChanged(tab, true);
 }
 
 void BrowserTabButtonEx::leaveEvent(QEvent *event)
 {
-    QFrame::leaveEvent(event);
-    m_hovered = false;
-    m_checkedHover = false;
-    if (m_checked) {
-        UpdateIcon();
+    Q_D(BrowserTabButtonEx);
+    BrowserTabButtonBase::leaveEvent(event);
+    d->hovered = false;
+    d->checkedHover = false;
+    if (d->checked) {
+        d->UpdateIcon();
         return;
     }
-    if (!m_pressed)
-        SetStyleName(kNameBack);
-    Q_EMIT SigHoverChanged(m_tabData, false);
+    if (!d->pressed)
+        d->SetStyleName(kNameBack);
+    const TabDataPtr tab = d->tabData;
+    Q_EMIT SigHoverChanged(tab, false);
 }
 
 void BrowserTabButtonEx::resizeEvent(QResizeEvent *event)
 {
-    QFrame::resizeEvent(event);
-    UpdateLayout();
-    UpdateCloseButton();
+    Q_D(BrowserTabButtonEx);
+    BrowserTabButtonBase::resizeEvent(event);
+    d->UpdateLayout();
+    d->UpdateCloseButton();
 }

@@ -1,5 +1,6 @@
 #include "tabmoveproxy.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 
 TabMoveProxy::TabMoveProxy(QWidget *parent)
@@ -16,6 +17,7 @@ void TabMoveProxy::SetStartPoint(const QPoint &globalPos)
     // first event of this hold, often a synthetic one right on the press point,
     // count as a drag.
     m_startPoint = globalPos;
+    m_lastGlobalPos = globalPos;
     m_moved = false;
 }
 
@@ -29,14 +31,33 @@ bool TabMoveProxy::HasMoved() const
     return m_moved;
 }
 
+QPoint TabMoveProxy::LastGlobalPos() const
+{
+    return m_lastGlobalPos;
+}
+
 void TabMoveProxy::mouseMoveEvent(QMouseEvent *event)
 {
+    m_lastGlobalPos = event->globalPos();
     if (!m_moved) {
         if (event->globalPos() == m_startPoint)
             return;
         m_moved = true;
     }
     Q_EMIT SigButtonMove();
+}
+
+void TabMoveProxy::keyPressEvent(QKeyEvent *event)
+{
+    // The popup holds the keyboard while it holds the mouse.
+    if (event->key() != Qt::Key_Escape || !isVisible()) {
+        TabPopupProxy::keyPressEvent(event);
+        return;
+    }
+    event->accept();
+    m_moved = false;
+    Q_EMIT SigCancelled();
+    hide();
 }
 
 void TabMoveProxy::LeftButtonReleased()

@@ -10,7 +10,8 @@
  *
  * After SetStartPoint() and show(), every mouse move emits SigButtonMove, except
  * moves that stay exactly on the start point before the pointer has left it once;
- * so a press and release without motion emits no SigButtonMove at all.
+ * so a press and release without motion emits no SigButtonMove at all. Escape ends
+ * the hold as a cancel: SigCancelled, then the hide's SigButtonRelease.
  */
 class KELTABCONTAINER_EXPORT TabMoveProxy : public TabPopupProxy
 {
@@ -24,15 +25,24 @@ public:
     QPoint StartPoint() const;
     /** True once the pointer has left the start point during this hold. */
     bool HasMoved() const;
+    /**
+     * Where the pointer was at the last move of this hold (the start point before any),
+     * in global coordinates, as the move event told it.
+     */
+    QPoint LastGlobalPos() const;
 
 Q_SIGNALS:
     void SigButtonMove();
+    /** Escape was pressed during the hold; the proxy hides right after (SigButtonRelease). */
+    void SigCancelled();
 
 protected:
     void mouseMoveEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void LeftButtonReleased() override;
 
 private:
     bool m_moved = false;
     QPoint m_startPoint;
+    QPoint m_lastGlobalPos;
 };

@@ -40,11 +40,6 @@ public:
     }
 
     using BrowserTabBar::ButtonBgBuildCount;
-    using BrowserTabBar::ComputeButtonWidth;
-    using BrowserTabBar::ResetButtons;
-    using BrowserTabBar::ResizeButtons;
-    using BrowserTabBar::ResizeLastButtons;
-    using BrowserTabBar::SetContentWidth;
 
     int fixedCount = 0;
     int fixedWidth = 0;
@@ -84,7 +79,7 @@ inline KelPushButtonHover *NewTabButton(BrowserTabBar *bar)
 
 inline QTimer *RelayoutTimer(BrowserTabBar *bar)
 {
-    return bar->findChild<QTimer *>(QStringLiteral("BrowserTabBarRelayoutTimer"), Qt::FindDirectChildrenOnly);
+    return bar->findChild<QTimer *>(QStringLiteral("TabBarDelayTimer"), Qt::FindDirectChildrenOnly);
 }
 
 /**

@@ -239,7 +239,10 @@ void TstBrowserTabButton::closeButtonFollowsBarWidth()
     TestBar bar;
     for (int i = 0; i < 3; ++i)
         bar.addTab(MakeTab(QStringLiteral("t%1").arg(i)));
-    bar.ComputeButtonWidth(available);
+    // The width left for tabs beside the new-tab button and its margin; a hidden bar
+    // lays out on a DPI change, not on a resize.
+    bar.resize(available + 4 + 28, 40);
+    bar.AdjustForDpi();
     QCOMPARE(bar.ButtonWidth(), buttonWidth);
     BrowserTabButton *button = ButtonAt(&bar, 1);
     button->UpdateCloseButton();

@@ -9,12 +9,16 @@
 #include "dpitool.h"
 #include "tabdata.h"
 
+#include <QApplication>
+#include <QCursor>
 #include <QFrame>
+#include <QMouseEvent>
 #include <QList>
 #include <QMoveEvent>
 #include <QPair>
 #include <QPoint>
 #include <QString>
+#include <QTimer>
 
 class TestTabBarEx : public BrowserTabBarEx
 {
@@ -24,41 +28,57 @@ public:
     {
     }
 
-    using BrowserTabBarEx::ComputeButtonWidth;
-    using BrowserTabBarEx::CreateTabButton;
-    using BrowserTabBarEx::CurrentButtonWidth;
-    using BrowserTabBarEx::IsAnimating;
-    using BrowserTabBarEx::IsOverflow;
-    using BrowserTabBarEx::ResetButtons;
-    using BrowserTabBarEx::ResetSeparator;
-    using BrowserTabBarEx::ResizeButtons;
-    using BrowserTabBarEx::ScrollOffset;
-    using BrowserTabBarEx::SetContentWidth;
-    using BrowserTabBarEx::SetPressedSeparator;
-    using BrowserTabBarEx::SlotAddFav;
-    using BrowserTabBarEx::SlotChangeClicked;
-    using BrowserTabBarEx::SlotCloseClicked;
-    using BrowserTabBarEx::SlotCloseCurTab;
-    using BrowserTabBarEx::SlotCloseLeftTab;
-    using BrowserTabBarEx::SlotCloseOtherTab;
-    using BrowserTabBarEx::SlotCloseRightTab;
-    using BrowserTabBarEx::SlotCopyLink;
-    using BrowserTabBarEx::SlotDelayTimeout;
-    using BrowserTabBarEx::SlotHoverChanged;
-    using BrowserTabBarEx::SlotIconClicked;
-    using BrowserTabBarEx::SlotMenuClicked;
-    using BrowserTabBarEx::SlotOpenInBrowser;
-    using BrowserTabBarEx::SlotRecoverRecentlyTab;
-    using BrowserTabBarEx::SlotRefreshTab;
-    using BrowserTabBarEx::TabButton;
+    // What the tests read of the bar's state, taken from what a host can see: the
+    // frames' geometry and visibility, the named timers.
+
+    /** The button of a tab, as the scrolling bar's own type. */
+    BrowserTabButtonEx *TabButton(int index) const
+    {
+        return static_cast<BrowserTabButtonEx *>(BrowserTabBarEx::TabButton(index));
+    }
+    /** The content strip's x inside the viewport: 0 or negative. */
+    int ScrollOffset() const { return Content()->x(); }
+    /** True when the arrows are shown: the scrolling tabs do not fit. */
+    bool IsOverflow() const { return LeftArrowFrame()->isVisibleTo(this); }
+    /** True while the strip scrolls by itself, a step every 20 ms. */
+    bool IsAnimating() const { return ArrowTimer()->isActive(); }
+    QTimer *ArrowTimer() const { return findChild<QTimer *>(QStringLiteral("TabBarArrowTimerEx")); }
+    QTimer *DelayTimer() const { return findChild<QTimer *>(QStringLiteral("TabBarDelayTimer")); }
+    /** The current scrolling tab's width (ButtonWidth() when no scrolling tab is current). */
+    int CurrentButtonWidth() const
+    {
+        const int current = currentIndex();
+        return current >= qMax(0, fixedCount) && current < count() ? TabButton(current)->width() : ButtonWidth();
+    }
+
+    // The bar's slots, reached as the buttons, the arrows and the menu reach them: through
+    // the meta-object.
+    void SlotChangeClicked(TabDataPtr tab) { Invoke("SlotChangeClicked", tab); }
+    void SlotCloseClicked(TabDataPtr tab) { Invoke("SlotCloseClicked", tab); }
+    void SlotMenuClicked(TabDataPtr tab) { Invoke("SlotMenuClicked", tab); }
+    void SlotIconClicked(TabDataPtr tab) { Invoke("SlotIconClicked", tab); }
+    void SlotHoverChanged(TabDataPtr tab, bool hovered)
+    {
+        QMetaObject::invokeMethod(this, "SlotHoverChanged", Q_ARG(TabDataPtr, tab), Q_ARG(bool, hovered));
+    }
+    void SlotDelayTimeout() { Invoke("SlotDelayTimeout"); }
+    void SlotRefreshTab() { Invoke("SlotRefreshTab"); }
+    void SlotAddFav() { Invoke("SlotAddFav"); }
+    void SlotCopyLink() { Invoke("SlotCopyLink"); }
+    void SlotOpenInBrowser() { Invoke("SlotOpenInBrowser"); }
+    void SlotCloseCurTab() { Invoke("SlotCloseCurTab"); }
+    void SlotCloseOtherTab() { Invoke("SlotCloseOtherTab"); }
+    void SlotCloseLeftTab() { Invoke("SlotCloseLeftTab"); }
+    void SlotCloseRightTab() { Invoke("SlotCloseRightTab"); }
+    void SlotRecoverRecentlyTab() { Invoke("SlotRecoverRecentlyTab"); }
+    void SlotButtonMove() { Invoke("SlotButtonMove"); }
+    void SlotButtonRelease() { Invoke("SlotButtonRelease"); }
+
+    // The menu policy, asked as the menu asks it.
     using BrowserTabBarEx::CheckCloseCurItem;
     using BrowserTabBarEx::CheckCloseLeftItem;
     using BrowserTabBarEx::CheckCloseOtherItem;
     using BrowserTabBarEx::CheckCloseRightItem;
-    using BrowserTabBarEx::SlotButtonMove;
-    using BrowserTabBarEx::SlotButtonPressed;
-    using BrowserTabBarEx::SlotButtonRelease;
-    using BrowserTabBarEx::SortButtons;
 
     int fixedCount = 1;
     int fixedDesignWidth = 84; // scaled when asked, as a host would
@@ -82,6 +102,12 @@ public:
     QFrame *RightShadow() const { return findChild<QFrame *>(QStringLiteral("TabButtonRightShadowEx")); }
     QWidget *LeftArrow() const { return findChild<QWidget *>(QStringLiteral("TabButtonLeftArrowEx")); }
     QWidget *RightArrow() const { return findChild<QWidget *>(QStringLiteral("TabButtonRightArrowEx")); }
+
+private:
+    void Invoke(const char *slot) { QMetaObject::invokeMethod(this, slot); }
+    void Invoke(const char *slot, const TabDataPtr &tab) { QMetaObject::invokeMethod(this, slot, Q_ARG(TabDataPtr, tab)); }
+
+public:
 
     // Policy, public here so that tests can also ask it.
     int FixedTabCount() override { return fixedCount; }
@@ -155,6 +181,30 @@ protected:
         return false;
     }
 };
+
+/** A press at @p global on @p widget, delivered to it as the window system would. */
+inline void PressAt(QWidget *widget, const QPoint &global, Qt::MouseButton button = Qt::LeftButton)
+{
+    QCursor::setPos(global);
+    QMouseEvent press(QEvent::MouseButtonPress, widget->mapFromGlobal(global), global, button, button, Qt::NoModifier);
+    QApplication::sendEvent(widget, &press);
+}
+
+/**
+ * A pointer move to @p global during a hold, delivered to the popup that holds the
+ * mouse. @return false when no popup holds it.
+ */
+inline bool MoveHeldTo(const QPoint &global)
+{
+    QCursor::setPos(global);
+    QWidget *popup = QApplication::activePopupWidget();
+    if (!popup)
+        return false;
+    QMouseEvent move(QEvent::MouseMove, popup->mapFromGlobal(global), global, Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(popup, &move);
+    return true;
+}
 
 inline TabDataPtr MakeTab(TabData::TabType type, const QString &title, const QString &id = QString())
 {

@@ -113,18 +113,13 @@ ReorderingHost *TstBrowserTabBarExHostile::MakeBar(int designAvailable, int scro
 
 void TstBrowserTabBarExHostile::Press(int index)
 {
-    BrowserTabButtonEx *button = m_bar->TabButton(index);
-    QCursor::setPos(kPress);
-    Q_EMIT button->SigChangeClicked(button->GetTabData());
-    Q_EMIT button->SigButtonPressed();
+    PressAt(m_bar->TabButton(index), kPress);
 }
 
 void TstBrowserTabBarExHostile::MoveBy(int dx)
 {
-    QCursor::setPos(kPress + QPoint(dx, 0));
-    BrowserTabMoveProxyEx *proxy = Proxy();
-    QVERIFY(proxy);
-    Q_EMIT proxy->SigButtonMove();
+    QVERIFY(Proxy());
+    QVERIFY(MoveHeldTo(kPress + QPoint(dx, 0)));
 }
 
 void TstBrowserTabBarExHostile::Release()

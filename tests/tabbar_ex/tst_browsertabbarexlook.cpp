@@ -169,7 +169,7 @@ void TstBrowserTabBarExLook::renderThreeTabs()
     TestTabBarEx *bar = scene.bar;
     QVERIFY(QTest::qWaitForWindowExposed(scene.window.get()));
     // The icon cache answers from the event loop.
-    QTRY_COMPARE(bar->TabButton(1)->IconPath(), m_favicon);
+    QTRY_COMPARE(bar->TabButton(1)->GetIconPath(), m_favicon);
 
     const QImage image = bar->grab().toImage();
     QVERIFY(image.save(OutputPath(QStringLiteral("tabbar_ex_3.png"))));
@@ -197,7 +197,7 @@ void TstBrowserTabBarExLook::renderThirtyTabs()
     TestTabBarEx *bar = scene.bar;
     QVERIFY(QTest::qWaitForWindowExposed(scene.window.get()));
     QVERIFY(bar->IsOverflow());
-    QTRY_COMPARE(bar->TabButton(1)->IconPath(), m_favicon);
+    QTRY_COMPARE(bar->TabButton(1)->GetIconPath(), m_favicon);
 
     const QImage image = bar->grab().toImage();
     QVERIFY(image.save(OutputPath(QStringLiteral("tabbar_ex_30.png"))));
@@ -244,7 +244,7 @@ void TstBrowserTabBarExLook::renderAtOneAndAHalf()
     TestTabBarEx *bar = scene.bar;
     bar->setGeometry(0, 0, 1200, bar->ButtonBarHeight());
     QVERIFY(QTest::qWaitForWindowExposed(scene.window.get()));
-    QTRY_COMPARE(bar->TabButton(1)->IconPath(), m_favicon);
+    QTRY_COMPARE(bar->TabButton(1)->GetIconPath(), m_favicon);
     const QImage image = bar->grab().toImage();
     QVERIFY(image.save(OutputPath(QStringLiteral("tabbar_ex_12_150.png"))));
     QCOMPARE(image.height(), 60);

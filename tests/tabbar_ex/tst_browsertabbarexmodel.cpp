@@ -52,6 +52,7 @@ class Model
 public:
     QList<ModelTab> tabs;
     TabDataPtr current;
+    int noCurrent = -1;      // the index kept while no tab is current: -1, or the negative one set
     int fixedCount = 1;
     CloseActiveTypeEx closeType = CloseActiveRightEx;
     bool closing = false;    // a close button was used and no delay timeout followed yet
@@ -69,7 +70,7 @@ public:
         }
         return -1;
     }
-    int CurrentIndex() const { return current ? IndexOf(current) : -1; }
+    int CurrentIndex() const { return current ? IndexOf(current) : noCurrent; }
 
     void Insert(int index, const TabDataPtr &tab)
     {
@@ -80,11 +81,11 @@ public:
 
     void SetCurrent(int index)
     {
-        if (index < -1)
-            index = -1;
+        // No lower bound: a negative index is kept as it is.
         if (index >= tabs.size() || index == CurrentIndex())
             return;
         current = index < 0 ? TabDataPtr() : tabs.at(index).tab;
+        noCurrent = index < 0 ? index : -1;
         Emitted();
     }
 
@@ -111,6 +112,7 @@ public:
         tabs.removeAt(index);
         if (current == tab) { // chosen again from inside currentChanged
             current.reset();
+            noCurrent = -1;
             Emitted();
         }
     }

@@ -439,19 +439,19 @@ void TstBrowserTabButtonEx::defaultAndWebIcons()
     const QString path = MakeIcon(QStringLiteral("web.png"), Qt::red);
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")), path);
     // A web tab with an icon file fetches it through the cache.
-    QCOMPARE(button->RequestedIconUrl(), path);
+    QCOMPARE(button->GetRequestedIconUrl(), path);
     QCOMPARE(button->GetTabData()->GetIconUrl(), path);
     QPushButton *icon = IconButton(button);
     // Until the answer, the file given is shown.
     QCOMPARE(icon->objectName(), QStringLiteral("TabButtonIconWebEx"));
     QVERIFY(!icon->icon().isNull());
-    QTRY_COMPARE(button->IconPath(), path);
+    QTRY_COMPARE(button->GetIconPath(), path);
     QCOMPARE(icon->objectName(), QStringLiteral("TabButtonIconWebEx"));
     QCOMPARE(icon->styleSheet(), QString());
 
     // Any other kind of tab shows the default icon, whatever the file.
     BrowserTabButtonEx *other = MakeButton(MakeTab(TabData::TabTypeNewTab, QStringLiteral("New")), path);
-    QCOMPARE(other->RequestedIconUrl(), QString());
+    QCOMPARE(other->GetRequestedIconUrl(), QString());
     QCOMPARE(IconButton(other)->objectName(), QStringLiteral("TabButtonIconWebEx"));
     BrowserTabButtonEx *plain = MakeButton(MakeTab(TabData::TabTypeOther, QStringLiteral("Other")));
     QCOMPARE(IconButton(plain)->objectName(), QStringLiteral("TabButtonIconDefaultEx"));
@@ -462,9 +462,9 @@ void TstBrowserTabButtonEx::failedDownloadClearsIcon()
 {
     const QString path = MakeIcon(QStringLiteral("before.png"), Qt::red);
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")), path);
-    QTRY_COMPARE(button->IconPath(), path);
+    QTRY_COMPARE(button->GetIconPath(), path);
     button->SetIconUrl(QStringLiteral("bogus-scheme://nowhere/icon.png"));
-    QTRY_COMPARE(button->IconPath(), QString());
+    QTRY_COMPARE(button->GetIconPath(), QString());
     QCOMPARE(IconButton(button)->objectName(), QStringLiteral("TabButtonIconDefaultEx"));
     QVERIFY(IconButton(button)->icon().isNull());
 }
@@ -473,12 +473,12 @@ void TstBrowserTabButtonEx::successWithMissingFileKeepsIcon()
 {
     const QString path = MakeIcon(QStringLiteral("kept.png"), Qt::red);
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")), path);
-    QTRY_COMPARE(button->IconPath(), path);
-    button->SlotRequestImageFinished(true, button->RequestedIconUrl(), m_dir.filePath(QStringLiteral("missing.png")));
-    QCOMPARE(button->IconPath(), path);
+    QTRY_COMPARE(button->GetIconPath(), path);
+    button->SlotRequestImageFinished(true, button->GetRequestedIconUrl(), m_dir.filePath(QStringLiteral("missing.png")));
+    QCOMPARE(button->GetIconPath(), path);
     // An answer for another address is ignored.
     button->SlotRequestImageFinished(false, QStringLiteral("other"), QString());
-    QCOMPARE(button->IconPath(), path);
+    QCOMPARE(button->GetIconPath(), path);
 }
 
 void TstBrowserTabButtonEx::onlyLastIconRequestApplies()
@@ -486,7 +486,7 @@ void TstBrowserTabButtonEx::onlyLastIconRequestApplies()
     const QString first = MakeIcon(QStringLiteral("first.png"), Qt::red);
     const QString second = MakeIcon(QStringLiteral("second.png"), Qt::green);
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")), first);
-    QTRY_COMPARE(button->IconPath(), first);
+    QTRY_COMPARE(button->GetIconPath(), first);
 
     // The answers come in order; record what the button holds after each one. The
     // context object ends the connection with this scope, whatever the outcome.
@@ -496,14 +496,14 @@ void TstBrowserTabButtonEx::onlyLastIconRequestApplies()
     connect(VosImageCache::Instance(), &VosImageCache::SigRequestImageFinished, &context,
             [&seen, button, bogus, second](bool, const QString &url, const QString &) {
                 if (url == bogus || url == second)
-                    seen << url + QLatin1Char('>') + button->IconPath();
+                    seen << url + QLatin1Char('>') + button->GetIconPath();
             });
     button->SetIconUrl(bogus);
     button->SetIconUrl(second);
     QTRY_COMPARE(seen.size(), 2);
     // The failure for the first address did not clear the icon.
     QCOMPARE(seen, QStringList({bogus + QLatin1Char('>') + first, second + QLatin1Char('>') + second}));
-    QCOMPARE(button->IconPath(), second);
+    QCOMPARE(button->GetIconPath(), second);
 }
 
 void TstBrowserTabButtonEx::pluginAsksBarForIcon()
@@ -512,8 +512,8 @@ void TstBrowserTabButtonEx::pluginAsksBarForIcon()
     TabDataPtr tab = MakeTab(TabData::TabTypePlugin, QStringLiteral("Notes"));
     BrowserTabButtonEx *button = MakeButton(tab);
     QCOMPARE(m_bar->pluginIconRequests, QStringList({"Notes"}));
-    QCOMPARE(button->RequestedIconUrl(), m_bar->pluginIconUrl);
-    QTRY_COMPARE(button->IconPath(), m_bar->pluginIconUrl);
+    QCOMPARE(button->GetRequestedIconUrl(), m_bar->pluginIconUrl);
+    QTRY_COMPARE(button->GetIconPath(), m_bar->pluginIconUrl);
     QCOMPARE(IconButton(button)->objectName(), QStringLiteral("TabButtonIconWebEx"));
     button->ReloadIcon();
     QCOMPARE(m_bar->pluginIconRequests.size(), 2);
@@ -523,9 +523,9 @@ void TstBrowserTabButtonEx::webPopupFetchesItsIcon()
 {
     const QString path = MakeIcon(QStringLiteral("popup.png"), Qt::yellow);
     BrowserTabButtonEx *button = MakeButton(MakeTab(TabData::TabTypeWebPopup, QStringLiteral("Popup")), path);
-    QCOMPARE(button->RequestedIconUrl(), path);
+    QCOMPARE(button->GetRequestedIconUrl(), path);
     BrowserTabButtonEx *noIcon = MakeButton(MakeTab(TabData::TabTypeWebPopup, QStringLiteral("Popup")));
-    QCOMPARE(noIcon->RequestedIconUrl(), QString());
+    QCOMPARE(noIcon->GetRequestedIconUrl(), QString());
 }
 
 void TstBrowserTabButtonEx::hoverSignals()
@@ -607,16 +607,19 @@ void TstBrowserTabButtonEx::closeButtonEmitsClose()
 
 void TstBrowserTabButtonEx::nullRecord()
 {
+    // A button without a record would be a trap for every operation: it makes its own.
     BrowserTabButtonEx *button = MakeButton(TabDataPtr());
-    QVERIFY(!button->GetTabData());
+    QVERIFY(button->GetTabData());
+    QCOMPARE(button->GetTabData()->GetTitle(), TabData::GetNewTabName());
     button->SetTitle(QStringLiteral("x"));
+    QCOMPARE(button->GetTabData()->GetTitle(), QStringLiteral("x"));
     button->SetChecked(true);
     button->resize(150, 32);
     button->SetIconUrl(QStringLiteral("bogus-scheme://x"));
     QSignalSpy change(button, &BrowserTabButtonEx::SigChangeClicked);
     QTest::mousePress(button, Qt::LeftButton, {}, QPoint(10, 10));
     QCOMPARE(change.count(), 1);
-    QTRY_COMPARE(button->RequestedIconUrl(), QStringLiteral("bogus-scheme://x"));
+    QTRY_COMPARE(button->GetRequestedIconUrl(), QStringLiteral("bogus-scheme://x"));
 }
 
 void TstBrowserTabButtonEx::deadBar()

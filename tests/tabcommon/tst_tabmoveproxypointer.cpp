@@ -1,80 +1,12 @@
 #include "keltabtest.h"
 
 #include "tabmoveproxy.h"
+#include "xinput.h"
 
 #include <QCursor>
 #include <QScreen>
 
-#include <dlfcn.h>
-
 namespace {
-
-// Real pointer input through the X server's XTEST extension. The libraries are
-// loaded at run time so that the suite builds without the X development packages.
-class XPointer
-{
-public:
-    XPointer()
-    {
-        m_x11 = dlopen("libX11.so.6", RTLD_NOW | RTLD_LOCAL);
-        m_xtst = dlopen("libXtst.so.6", RTLD_NOW | RTLD_LOCAL);
-        if (!m_x11 || !m_xtst)
-            return;
-        auto openDisplay = reinterpret_cast<void *(*)(const char *)>(dlsym(m_x11, "XOpenDisplay"));
-        m_flush = reinterpret_cast<int (*)(void *)>(dlsym(m_x11, "XFlush"));
-        m_closeDisplay = reinterpret_cast<int (*)(void *)>(dlsym(m_x11, "XCloseDisplay"));
-        m_motion = reinterpret_cast<int (*)(void *, int, int, int, unsigned long)>(
-            dlsym(m_xtst, "XTestFakeMotionEvent"));
-        m_button = reinterpret_cast<int (*)(void *, unsigned int, int, unsigned long)>(
-            dlsym(m_xtst, "XTestFakeButtonEvent"));
-        auto query = reinterpret_cast<int (*)(void *, int *, int *, int *, int *)>(
-            dlsym(m_xtst, "XTestQueryExtension"));
-        if (!openDisplay || !m_flush || !m_closeDisplay || !m_motion || !m_button || !query)
-            return;
-        m_display = openDisplay(nullptr);
-        int event = 0, error = 0, major = 0, minor = 0;
-        if (m_display && !query(m_display, &event, &error, &major, &minor)) {
-            m_closeDisplay(m_display);
-            m_display = nullptr;
-        }
-    }
-
-    ~XPointer()
-    {
-        if (m_display) {
-            if (m_pressed)
-                Button(false);
-            m_closeDisplay(m_display);
-        }
-        // The libraries stay loaded: unloading them would leave the leak checker
-        // unable to name the one-time allocations they keep until exit.
-    }
-
-    bool IsValid() const { return m_display != nullptr; }
-
-    void MoveTo(const QPoint &globalPos)
-    {
-        m_motion(m_display, -1, globalPos.x(), globalPos.y(), 0);
-        m_flush(m_display);
-    }
-
-    void Button(bool press)
-    {
-        m_button(m_display, 1, press ? 1 : 0, 0);
-        m_flush(m_display);
-        m_pressed = press;
-    }
-
-private:
-    void *m_x11 = nullptr;
-    void *m_xtst = nullptr;
-    void *m_display = nullptr;
-    bool m_pressed = false;
-    int (*m_flush)(void *) = nullptr;
-    int (*m_closeDisplay)(void *) = nullptr;
-    int (*m_motion)(void *, int, int, int, unsigned long) = nullptr;
-    int (*m_button)(void *, unsigned int, int, unsigned long) = nullptr;
-};
 
 // Stands for a tab strip: a press on it starts a hold on the proxy, as the bars do.
 class PressArea : public QWidget
@@ -113,16 +45,15 @@ private Q_SLOTS:
     void pressAndReleaseWithoutMotion();
 
 private:
-    std::unique_ptr<XPointer> m_pointer;
+    std::unique_ptr<KelTest::XInput> m_pointer;
 };
 
 void TstTabMoveProxyPointer::initTestCase()
 {
-    if (QGuiApplication::platformName() != QLatin1String("xcb"))
-        QSKIP("needs an X server (run under xvfb-run with QT_QPA_PLATFORM=xcb)");
-    m_pointer = std::make_unique<XPointer>();
-    if (!m_pointer->IsValid())
-        QSKIP("the X server offers no XTEST extension, or libXtst is missing");
+    m_pointer = std::make_unique<KelTest::XInput>();
+    const QString why = m_pointer->Unavailable();
+    if (!why.isEmpty())
+        QSKIP(qPrintable(why));
 }
 
 void TstTabMoveProxyPointer::popupFollowsARealDrag()
@@ -139,7 +70,7 @@ void TstTabMoveProxyPointer::popupFollowsARealDrag()
     const QPoint press = area.mapToGlobal(QPoint(50, 50));
     m_pointer->MoveTo(press);
     QTRY_COMPARE(QCursor::pos(), press);
-    m_pointer->Button(true);
+    m_pointer->Button(1, true);
     QTRY_COMPARE(area.presses, 1);
     QVERIFY(proxy.isVisible());
     QTRY_VERIFY(QTest::qWaitForWindowExposed(&proxy));
@@ -155,7 +86,7 @@ void TstTabMoveProxyPointer::popupFollowsARealDrag()
     QCOMPARE(area.presses, 1);
     QCOMPARE(released.count(), 0);
 
-    m_pointer->Button(false);
+    m_pointer->Button(1, false);
     QTRY_COMPARE(released.count(), 1);
     QVERIFY(!proxy.isVisible());
     QVERIFY(!proxy.HasMoved());
@@ -175,10 +106,10 @@ void TstTabMoveProxyPointer::pressAndReleaseWithoutMotion()
     const QPoint press = area.mapToGlobal(QPoint(120, 40));
     m_pointer->MoveTo(press);
     QTRY_COMPARE(QCursor::pos(), press);
-    m_pointer->Button(true);
+    m_pointer->Button(1, true);
     QTRY_COMPARE(area.presses, 1);
     QTRY_VERIFY(QTest::qWaitForWindowExposed(&proxy));
-    m_pointer->Button(false);
+    m_pointer->Button(1, false);
     QTRY_COMPARE(released.count(), 1);
     // Whatever the window system sent on the press point itself was no drag.
     QCOMPARE(moves.count(), 0);

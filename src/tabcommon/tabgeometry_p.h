@@ -1,9 +1,9 @@
 #pragma once
 
-// Geometry and style helpers of the extended tab strip that skip all work when nothing
-// changes. The bar lays every button out again on each change of the tab list; with
-// hundreds of tabs nearly all of those calls ask for what is already there, and Qt's
-// own setters still touch size limits, post events or re-polish.
+// Geometry and style helpers of the tab strips that skip all work when nothing changes.
+// A bar lays every button out again on each change of the tab list; with hundreds of
+// tabs nearly all of those calls ask for what is already there, and Qt's own setters
+// still touch size limits, post events or re-polish.
 
 #include "uiutils.h"
 
@@ -11,7 +11,7 @@
 #include <QSize>
 #include <QWidget>
 
-namespace TabBarExGeometry {
+namespace TabGeometry {
 
 /** Fixes @p widget to @p size (negative sizes are taken as 0) unless it already is. */
 inline void SetFixedSize(QWidget *widget, QSize size)
@@ -43,4 +43,4 @@ inline void Repolish(QWidget *widget)
         UIUtils::UpdateStyle(widget);
 }
 
-} // namespace TabBarExGeometry
+} // namespace TabGeometry

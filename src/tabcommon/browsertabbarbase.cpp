@@ -1,0 +1,764 @@
+#include "browsertabbarbase.h"
+
+#include "browsertabbarbase_p.h"
+#include "browsertabbuttonbase.h"
+#include "browsertabbuttonbase_p.h"
+#include "dpitool.h"
+#include "kelmenu.h"
+#include "tablookup_p.h"
+#include "tableavewatcher_p.h"
+#include "tabmoveproxy.h"
+#include "tabpointer_p.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCursor>
+
+namespace {
+
+constexpr int kDelayIntervalMs = 200;
+constexpr int kButtonHeight = 32;
+
+} // namespace
+
+// ---------------------------------------------------------------------------
+// BrowserTabBarBasePrivate
+
+BrowserTabBarBasePrivate::BrowserTabBarBasePrivate(const Metrics &designMetrics)
+    : metrics(designMetrics)
+{
+}
+
+BrowserTabBarBasePrivate::~BrowserTabBarBasePrivate() = default;
+
+void BrowserTabBarBasePrivate::InitBase()
+{
+    Q_Q(BrowserTabBarBase);
+    delayTimer = new QTimer(q);
+    delayTimer->setObjectName(QStringLiteral("TabBarDelayTimer"));
+    delayTimer->setInterval(kDelayIntervalMs);
+    delayTimer->setSingleShot(true);
+    QObject::connect(delayTimer, &QTimer::timeout, q, [this] { EndClosingMode(); });
+    leaveWatcher = new TabLeaveWatcher(q);
+    QObject::connect(leaveWatcher, &TabLeaveWatcher::SigPointerLeftWindow, q, [this] { PointerMayHaveLeft(); });
+}
+
+int BrowserTabBarBasePrivate::FixedCount() const
+{
+    return qMax(0, const_cast<BrowserTabBarBase *>(q_func())->FixedTabCount());
+}
+
+int BrowserTabBarBasePrivate::Scaled(int designPixels) const
+{
+    return DpiTool::ScaleDefault(designPixels);
+}
+
+int BrowserTabBarBasePrivate::InsertButton(int index, BrowserTabButtonBase *button)
+{
+    Q_Q(BrowserTabBarBase);
+    QObject::connect(button, &BrowserTabButtonBase::SigChangeClicked, q, &BrowserTabBarBase::SlotChangeClicked);
+    QObject::connect(button, &BrowserTabButtonBase::SigCloseClicked, q, &BrowserTabBarBase::SlotCloseClicked);
+    QObject::connect(button, &BrowserTabButtonBase::SigMenuClicked, q, &BrowserTabBarBase::SlotMenuClicked);
+    QObject::connect(button, &BrowserTabButtonBase::SigButtonPressed, q, &BrowserTabBarBase::SlotButtonPressed);
+    button->lower();
+    index = qBound(0, index, buttons.size());
+    buttons.insert(index, button);
+    if (index <= currentIndex)
+        ++currentIndex;
+    return index;
+}
+
+void BrowserTabBarBasePrivate::SetMoveProxy(TabMoveProxy *proxy)
+{
+    Q_Q(BrowserTabBarBase);
+    moveProxy.reset(proxy);
+    QObject::connect(proxy, &TabMoveProxy::SigButtonMove, q, &BrowserTabBarBase::SlotButtonMove);
+    QObject::connect(proxy, &TabMoveProxy::SigButtonRelease, q, &BrowserTabBarBase::SlotButtonRelease);
+    QObject::connect(proxy, &TabMoveProxy::SigCancelled, q, [this] { CancelDrag(); });
+}
+
+int BrowserTabBarBasePrivate::MenuTabIndex()
+{
+    menuIndex = menuButton ? buttons.indexOf(menuButton.data()) : -1;
+    return menuIndex;
+}
+
+void BrowserTabBarBasePrivate::PointerMayHaveLeft()
+{
+    Q_Q(BrowserTabBarBase);
+    // A leave reported while the pointer is still over the bar (onto a child, or when
+    // a popup took the mouse) ends nothing.
+    if (closing && !delayTimer->isActive() && !TabPointer::IsOver(q)) {
+        leaveWatcher->Disarm();
+        delayTimer->start();
+    }
+}
+
+void BrowserTabBarBasePrivate::EndClosingMode()
+{
+    delayTimer->stop();
+    leaveWatcher->Disarm();
+    closing = false;
+    closedLast = false;
+    Relayout();
+}
+
+void BrowserTabBarBasePrivate::MoveEntry(int from, int to)
+{
+    BrowserTabButtonBase *current = ButtonAt(currentIndex);
+    buttons.move(from, to);
+    // The current tab stays the same tab; a negative index set by the host stays as it is.
+    if (current)
+        currentIndex = buttons.indexOf(current);
+}
+
+void BrowserTabBarBasePrivate::AbandonDrag()
+{
+    DragAbandoned();
+    pressedButton = nullptr;
+    dragging = false;
+    dragStartIndex = -1;
+    // The popup would go on holding the mouse for a tab that is gone; its release
+    // finds no pressed button and ends nothing else.
+    if (moveProxy)
+        moveProxy->hide();
+}
+
+void BrowserTabBarBasePrivate::CancelDrag()
+{
+    Q_Q(BrowserTabBarBase);
+    BrowserTabButtonBase *button = pressedButton;
+    if (!button)
+        return;
+    const int index = buttons.indexOf(button);
+    const int back = qBound(0, dragStartIndex, buttons.size() - 1);
+    if (index >= 0 && index != back) {
+        MoveEntry(index, back);
+        LayoutAfterMove();
+        // A strip that reports every movement reports this one too, so that a host
+        // following the order sees it restored.
+        if (!movesReportedOnRelease)
+            q->TabButtonMoved();
+    }
+    // The release that follows (the proxy hides itself) drops the tab into its old slot.
+}
+
+void BrowserTabBarBasePrivate::ResyncPointer()
+{
+    TabPointer::Resync(q_func());
+}
+
+void BrowserTabBarBasePrivate::RunMenu(BrowserTabButtonBase *button, QPoint globalPos)
+{
+    Q_Q(BrowserTabBarBase);
+    const QPointer<BrowserTabBarBase> self(q);
+    const QPointer<KelMenu> menuGuard = menu;
+    const auto grave = std::make_shared<QList<QPointer<QWidget>>>();
+    menuGrave = grave;
+    menuRunning = true;
+    while (button) {
+        const int index = buttons.indexOf(button);
+        if (index < 0)
+            break;
+        menuButton = button;
+        menuIndex = index;
+        menuPressSerial = BrowserTabButtonBasePrivate::pressSerial;
+        PrepareMenu(button->GetTabData());
+        menuGuard->exec(globalPos);
+        if (!self)
+            break;
+        // A right click on another tab while this menu ran asks for that tab's menu.
+        button = pendingMenuButton;
+        globalPos = pendingMenuPos;
+        pendingMenuButton = nullptr;
+    }
+    if (!self) {
+        // A command deleted the bar from inside the menu's event loop. Deleting later
+        // is safe from here on: the deletions wait for the event loop that delivered
+        // the right click, which runs after the press has been handled.
+        for (const QPointer<QWidget> &widget : qAsConst(*grave)) {
+            if (widget)
+                widget->deleteLater();
+        }
+        return;
+    }
+    menuRunning = false;
+    menuGrave.reset();
+    const QList<QPointer<BrowserTabButtonBase>> parked = parkedButtons;
+    parkedButtons.clear();
+    for (const QPointer<BrowserTabButtonBase> &parkedButton : parked) {
+        if (parkedButton)
+            parkedButton->deleteLater();
+    }
+    // A command may have changed the tabs, or the pointer may have left the bar.
+    Relayout();
+    ResyncPointer();
+}
+
+// ---------------------------------------------------------------------------
+// BrowserTabBarBase
+
+BrowserTabBarBase::BrowserTabBarBase(BrowserTabBarBasePrivate &dd, QWidget *parent)
+    : QFrame(parent)
+    , IDpiAdapter()
+    , d_ptr(&dd)
+{
+    Q_D(BrowserTabBarBase);
+    d->q_ptr = this;
+    d->InitBase();
+}
+
+BrowserTabBarBase::~BrowserTabBarBase()
+{
+    Q_D(BrowserTabBarBase);
+    d->delayTimer->stop();
+    if (d->moveProxy) {
+        disconnect(d->moveProxy.get(), nullptr, this, nullptr);
+        if (d->endingDrag) {
+            // Deleted from inside TabButtonMoved(): the popup is still in its own hide,
+            // which reported the end of the drag. It goes once that is over.
+            d->moveProxy.release()->deleteLater();
+        } else {
+            d->moveProxy.reset();
+        }
+    }
+    // Buttons, also those removed and waiting for deletion, are torn down by QWidget
+    // after this destructor: by then this object is no longer a bar and must not be
+    // asked for icons, sizes or policy, nor hear their signals.
+    const QList<BrowserTabButtonBase *> all = findChildren<BrowserTabButtonBase *>();
+    for (BrowserTabButtonBase *button : all) {
+        disconnect(button, nullptr, this, nullptr);
+        button->DetachFromBar();
+    }
+    d->buttons.clear();
+    d->pressedButton = nullptr;
+    if (d->menuRunning && d->menuGrave) {
+        // Destroyed by a command of its own menu: the right-clicked tab is still being
+        // delivered its press, and the menu is still inside its command. Keep every
+        // widget of the bar, hidden and detached, for the menu's caller to delete once
+        // the menu has returned.
+        const QObjectList children = this->children();
+        for (QObject *child : children) {
+            if (!child->isWidgetType())
+                continue;
+            auto *widget = static_cast<QWidget *>(child);
+            if (widget == d->menu)
+                continue;
+            widget->hide();
+            widget->setParent(nullptr);
+            d->menuGrave->append(widget);
+        }
+        if (d->menu) {
+            d->menu->setParent(nullptr, d->menu->windowFlags());
+            d->menuGrave->append(d->menu);
+        }
+    }
+}
+
+void BrowserTabBarBase::InitMenu()
+{
+    Q_D(BrowserTabBarBase);
+    if (d->menu)
+        return;
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    d->menu = new KelMenu(this);
+    d->menu->setObjectName(QStringLiteral("BrowserTabBarMenu"));
+    d->BuildMenu(d->menu);
+    if (IsShowRecoveryItem()) {
+        auto *recover = new QAction(tr("Recover recently closed tabs"), this);
+        connect(recover, &QAction::triggered, this, &BrowserTabBarBase::SlotRecoverRecentlyTab);
+        d->menu->addSeparator();
+        d->menu->addAction(recover);
+    }
+}
+
+int BrowserTabBarBase::addTab(TabDataPtr tab, const QString &iconPath, bool loading)
+{
+    Q_D(BrowserTabBarBase);
+    return insertTab(d->buttons.size(), std::move(tab), iconPath, loading);
+}
+
+int BrowserTabBarBase::insertTab(int index, TabDataPtr tab, const QString &iconPath, bool loading)
+{
+    Q_D(BrowserTabBarBase);
+    if (!tab) {
+        qWarning("%s::insertTab: a null tab record is ignored", metaObject()->className());
+        return -1;
+    }
+    index = d->InsertButton(index, d->CreateButton(tab, iconPath, loading));
+    d->Relayout();
+    d->ResyncPointer();
+    return index;
+}
+
+void BrowserTabBarBase::removeTab(int index)
+{
+    Q_D(BrowserTabBarBase);
+    if (!d->IsValidIndex(index))
+        return;
+    BrowserTabButtonBase *button = d->buttons.at(index);
+
+    if (button->IsChecked()) {
+        const int next = d->NextCurrentOnRemoval(index);
+        // Receivers of currentChanged may change the tab list, or delete the bar.
+        const QPointer<BrowserTabBarBase> self(this);
+        setCurrentIndex(next);
+        if (!self)
+            return;
+        index = d->buttons.indexOf(button);
+        if (index < 0)
+            return; // already removed from inside currentChanged
+    }
+
+    if (d->pressedButton == button)
+        d->AbandonDrag();
+
+    d->buttons.removeAt(index);
+    // A button waiting for deletion must not reach the bar any more.
+    disconnect(button, nullptr, this, nullptr);
+
+    bool lostCurrent = false;
+    if (index < d->currentIndex) {
+        --d->currentIndex;
+    } else if (index == d->currentIndex) {
+        // Only when a receiver of currentChanged made the removed tab current again:
+        // then nothing that remains is checked, and no tab is current.
+        d->currentIndex = -1;
+        lostCurrent = true;
+    }
+
+    d->LayoutAfterRemoval();
+    // Hidden after the relayout, so that the tab that slid under the pointer is found
+    // under it, and hidden at all so that it does not show until deleted.
+    button->hide();
+    if (d->menuRunning)
+        d->parkedButtons.append(button); // deleted when the menu has returned
+    else
+        button->deleteLater();
+    d->ResyncPointer();
+
+    if (lostCurrent)
+        Q_EMIT currentChanged(-1);
+}
+
+void BrowserTabBarBase::moveTab(int from, int to)
+{
+    Q_D(BrowserTabBarBase);
+    if (!d->IsValidIndex(from) || !d->IsValidIndex(to) || from == to)
+        return;
+    d->MoveEntry(from, to);
+    d->LayoutAfterMove();
+    d->ResyncPointer();
+}
+
+void BrowserTabBarBase::setCurrentIndex(int index)
+{
+    Q_D(BrowserTabBarBase);
+    // No lower bound, deliberately: a negative index leaves no tab current.
+    if (index >= d->buttons.size() || index == d->currentIndex)
+        return;
+    const int previous = d->currentIndex;
+    d->currentIndex = index;
+    for (int i = 0; i < d->buttons.size(); ++i) {
+        BrowserTabButtonBase *button = d->buttons.at(i);
+        const bool checked = i == index;
+        // Only buttons whose state changes are restyled: the others would show exactly
+        // what they show now, and restyling hundreds of them would dominate a switch.
+        if (button->IsChecked() != checked)
+            button->SetChecked(checked);
+    }
+    d->CurrentTabChanged(previous);
+    Q_EMIT currentChanged(index);
+}
+
+int BrowserTabBarBase::count() const
+{
+    Q_D(const BrowserTabBarBase);
+    return d->buttons.size();
+}
+
+int BrowserTabBarBase::currentIndex() const
+{
+    Q_D(const BrowserTabBarBase);
+    return d->currentIndex;
+}
+
+int BrowserTabBarBase::GetCurrentIndex() const
+{
+    return currentIndex();
+}
+
+TabDataPtr BrowserTabBarBase::GetTabData(int index) const
+{
+    Q_D(const BrowserTabBarBase);
+    return TabLookup::TabAt(d->buttons, index);
+}
+
+TabDataPtr BrowserTabBarBase::GetCurrentTabData() const
+{
+    return GetTabData(currentIndex());
+}
+
+int BrowserTabBarBase::GetIndexByTabData(TabDataPtr tab) const
+{
+    Q_D(const BrowserTabBarBase);
+    return TabLookup::IndexOfTab(d->buttons, tab);
+}
+
+int BrowserTabBarBase::GetIndexByName(const QString &name) const
+{
+    Q_D(const BrowserTabBarBase);
+    return TabLookup::IndexOfTitle(d->buttons, name);
+}
+
+int BrowserTabBarBase::GetIndexByTabId(const QString &tabId) const
+{
+    Q_D(const BrowserTabBarBase);
+    return TabLookup::IndexOfId(d->buttons, tabId);
+}
+
+QStringList BrowserTabBarBase::GetAllTabTitles() const
+{
+    Q_D(const BrowserTabBarBase);
+    return TabLookup::AllTitles(d->buttons);
+}
+
+void BrowserTabBarBase::setTabText(int index, const QString &text)
+{
+    if (BrowserTabButtonBase *button = TabButton(index))
+        button->SetTitle(text);
+}
+
+void BrowserTabBarBase::setTabIcon(int index, const QString &iconUrl)
+{
+    if (iconUrl.isEmpty())
+        return;
+    if (BrowserTabButtonBase *button = TabButton(index))
+        button->SetIconUrl(iconUrl);
+}
+
+void BrowserTabBarBase::LoadStart(int index)
+{
+    if (BrowserTabButtonBase *button = TabButton(index))
+        button->LoadStart();
+}
+
+void BrowserTabBarBase::LoadFinished(int index)
+{
+    if (BrowserTabButtonBase *button = TabButton(index))
+        button->LoadFinished();
+}
+
+QString BrowserTabBarBase::CurrentIconUrl() const
+{
+    const BrowserTabButtonBase *button = TabButton(currentIndex());
+    return button ? button->GetRequestedIconUrl() : QString();
+}
+
+QString BrowserTabBarBase::CurrentIconLocalPath() const
+{
+    const BrowserTabButtonBase *button = TabButton(currentIndex());
+    return button ? button->GetIconPath() : QString();
+}
+
+void BrowserTabBarBase::SetFirstIndex(int index)
+{
+    Q_D(BrowserTabBarBase);
+    d->firstIndex = index;
+}
+
+int BrowserTabBarBase::GetFirstIndex() const
+{
+    Q_D(const BrowserTabBarBase);
+    return d->firstIndex;
+}
+
+void BrowserTabBarBase::SetTabManager(ITabManager *manager)
+{
+    Q_D(BrowserTabBarBase);
+    d->tabManager = manager;
+}
+
+ITabManager *BrowserTabBarBase::GetTabManager() const
+{
+    Q_D(const BrowserTabBarBase);
+    return d->tabManager;
+}
+
+BrowserTabButtonBase *BrowserTabBarBase::TabButton(int index) const
+{
+    Q_D(const BrowserTabBarBase);
+    return d->ButtonAt(index);
+}
+
+QRect BrowserTabBarBase::tabRect(int index) const
+{
+    const BrowserTabButtonBase *button = TabButton(index);
+    if (!button)
+        return QRect();
+    return QRect(button->mapTo(this, QPoint(0, 0)), button->size());
+}
+
+int BrowserTabBarBase::ButtonWidth() const
+{
+    Q_D(const BrowserTabBarBase);
+    return d->buttonWidth;
+}
+
+int BrowserTabBarBase::ButtonHeight() const
+{
+    return DpiTool::ScaleDefault(kButtonHeight);
+}
+
+int BrowserTabBarBase::MaxButtonWidth() const
+{
+    Q_D(const BrowserTabBarBase);
+    return d->Scaled(d->metrics.maxButtonWidth);
+}
+
+int BrowserTabBarBase::MinButtonWidth() const
+{
+    Q_D(const BrowserTabBarBase);
+    return d->Scaled(d->metrics.minButtonWidth);
+}
+
+int BrowserTabBarBase::NoCloseButtonWidth() const
+{
+    Q_D(const BrowserTabBarBase);
+    return d->Scaled(d->metrics.noCloseButtonWidth);
+}
+
+int BrowserTabBarBase::ButtonHomepageWidth() const
+{
+    Q_D(const BrowserTabBarBase);
+    return d->Scaled(d->metrics.homepageWidth);
+}
+
+void BrowserTabBarBase::AdjustForDpi()
+{
+    Q_D(BrowserTabBarBase);
+    d->AdjustForDpi();
+}
+
+// ---------------------------------------------------------------------------
+// Slots answering the buttons
+
+void BrowserTabBarBase::SlotChangeClicked(TabDataPtr tab)
+{
+    const int index = GetIndexByTabData(tab);
+    if (index >= 0)
+        setCurrentIndex(index);
+}
+
+void BrowserTabBarBase::SlotCloseClicked(TabDataPtr tab)
+{
+    Q_D(BrowserTabBarBase);
+    const int index = GetIndexByTabData(tab);
+    if (index < 0)
+        return;
+    // Set before the request: the host usually removes the tab from inside it.
+    d->closing = true;
+    d->closedLast = index == d->buttons.size() - 1;
+    // An end pending from an earlier exit would pull the tabs away under the pointer
+    // that is closing them again.
+    d->delayTimer->stop();
+    d->leaveWatcher->Arm();
+    Q_EMIT tabCloseRequested(index);
+}
+
+void BrowserTabBarBase::SlotMenuClicked(TabDataPtr tab)
+{
+    Q_D(BrowserTabBarBase);
+    if (!tab || !d->menu)
+        return;
+    const int index = GetIndexByTabData(tab);
+    if (index < 0)
+        return;
+    BrowserTabButtonBase *button = d->buttons.at(index);
+    // A request that follows a right press on the tab comes from the user: the menu opens
+    // where the click was. One from code opens where the pointer is.
+    const bool rightClicked = button->d_func()->rightPressSerial > d->menuPressSerial;
+    const QPoint globalPos = rightClicked ? button->LastPressGlobalPos() : QCursor::pos();
+    if (d->menuRunning) {
+        // A tab right-clicked while the menu ran (the window system hands the click over
+        // once the menu has let go of the mouse): its menu comes next. A request from
+        // code, a command's for instance, does not enter the running menu again.
+        if (rightClicked) {
+            d->pendingMenuButton = button;
+            d->pendingMenuPos = globalPos;
+            d->menu->hide();
+        }
+        return;
+    }
+    d->RunMenu(button, globalPos);
+}
+
+void BrowserTabBarBase::SlotButtonPressed()
+{
+    Q_D(BrowserTabBarBase);
+    auto *button = qobject_cast<BrowserTabButtonBase *>(sender());
+    // Only a tab of this bar that is still in the list: a receiver of the press may
+    // already have removed it. While a press is under way the popup holds the mouse:
+    // a second press can only come from code, and would strand the first tab.
+    if (!button || !d->buttons.contains(button) || d->pressedButton || !d->moveProxy)
+        return;
+    const QPoint globalPos = button->LastPressGlobalPos();
+    if (!d->BeginPress(button, globalPos))
+        return;
+    d->pressedButton = button;
+    d->dragging = false;
+    d->dragStartIndex = d->buttons.indexOf(button);
+    d->moveProxy->SetStartPoint(globalPos);
+    d->moveProxy->show();
+}
+
+void BrowserTabBarBase::SlotButtonMove()
+{
+    Q_D(BrowserTabBarBase);
+    if (!d->pressedButton || !d->moveProxy)
+        return;
+    d->DragTo(d->moveProxy->LastGlobalPos());
+}
+
+void BrowserTabBarBase::SlotButtonRelease()
+{
+    Q_D(BrowserTabBarBase);
+    BrowserTabButtonBase *button = d->pressedButton;
+    if (!button)
+        return;
+    d->EndPress(button);
+    d->pressedButton = nullptr;
+    d->dragging = false;
+    d->dragStartIndex = -1;
+    if (d->movesReportedOnRelease) {
+        // The host may delete the bar from inside.
+        const QPointer<BrowserTabBarBase> self(this);
+        d->endingDrag = true;
+        TabButtonMoved();
+        if (!self)
+            return;
+        d->endingDrag = false;
+    }
+    // The popup that held the mouse is gone: whatever lies under the pointer now is hovered.
+    d->ResyncPointer();
+}
+
+// ---------------------------------------------------------------------------
+// Tab commands (from the context menu)
+
+void BrowserTabBarBase::SlotCloseCurTab()
+{
+    Q_D(BrowserTabBarBase);
+    // Unlike a close button, the menu does not freeze the widths.
+    const int index = d->MenuTabIndex();
+    if (index >= 0)
+        Q_EMIT tabCloseRequested(index);
+}
+
+void BrowserTabBarBase::SlotCloseOtherTab()
+{
+    Q_D(BrowserTabBarBase);
+    const int index = d->MenuTabIndex();
+    if (index >= 0)
+        Q_EMIT SigCloseOtherTab(index);
+}
+
+void BrowserTabBarBase::SlotCloseLeftTab()
+{
+    Q_D(BrowserTabBarBase);
+    const int index = d->MenuTabIndex();
+    if (index >= 0)
+        Q_EMIT SigCloseLeftTab(index);
+}
+
+void BrowserTabBarBase::SlotCloseRightTab()
+{
+    Q_D(BrowserTabBarBase);
+    const int index = d->MenuTabIndex();
+    if (index >= 0)
+        Q_EMIT SigCloseRightTab(index);
+}
+
+void BrowserTabBarBase::SlotRecoverRecentlyTab()
+{
+    Q_EMIT SigRecoverRecentlyTab();
+}
+
+// ---------------------------------------------------------------------------
+// Events
+
+void BrowserTabBarBase::leaveEvent(QEvent *event)
+{
+    Q_D(BrowserTabBarBase);
+    QFrame::leaveEvent(event);
+    d->PointerMayHaveLeft();
+}
+
+void BrowserTabBarBase::resizeEvent(QResizeEvent *event)
+{
+    Q_D(BrowserTabBarBase);
+    QFrame::resizeEvent(event);
+    // Also in closing mode: a new size is laid out at once, the mode stays on.
+    d->Relayout();
+}
+
+// ---------------------------------------------------------------------------
+// Policy defaults
+
+bool BrowserTabBarBase::IsDoubleCloseTab() const
+{
+    return true;
+}
+
+bool BrowserTabBarBase::CheckCloseCurItem(int index)
+{
+    Q_UNUSED(index)
+    return true;
+}
+
+// The base versions read the menu's tab rather than the argument; the bar always
+// passes the menu's tab, so the two agree and an override may rely on either.
+bool BrowserTabBarBase::CheckCloseRightItem(int index)
+{
+    Q_UNUSED(index)
+    Q_D(const BrowserTabBarBase);
+    return d->menuIndex < d->buttons.size() - 1;
+}
+
+bool BrowserTabBarBase::CheckCloseOtherItem(int index)
+{
+    Q_UNUSED(index)
+    Q_D(const BrowserTabBarBase);
+    return d->buttons.size() >= 2;
+}
+
+bool BrowserTabBarBase::CheckCloseLeftItem(int index)
+{
+    Q_UNUSED(index)
+    Q_D(const BrowserTabBarBase);
+    return d->menuIndex > 0;
+}
+
+bool BrowserTabBarBase::CheckRecoveryItem()
+{
+    return false;
+}
+
+bool BrowserTabBarBase::IsShowRecoveryItem()
+{
+    return false;
+}
+
+void BrowserTabBarBase::TabButtonMoved()
+{
+}
+
+int BrowserTabBarBase::FixedTabTotalWidth()
+{
+    return 0;
+}
+
+int BrowserTabBarBase::FixedTabCount()
+{
+    return 0;
+}

@@ -1,0 +1,159 @@
+#pragma once
+
+// The private class of BrowserTabBarBase: the behaviour both strips share. Not part of
+// the installed API. Each strip's private class derives from it and supplies its
+// layout, its menu entries and its drag through the virtual operations below.
+
+#include "browsertabbarbase.h"
+
+#include <QList>
+#include <QPoint>
+#include <QPointer>
+#include <QTimer>
+
+#include <memory>
+
+class BrowserTabButtonBase;
+class ITabManager;
+class KelMenu;
+class QAction;
+class TabLeaveWatcher;
+class TabMoveProxy;
+
+class BrowserTabBarBasePrivate
+{
+    Q_DECLARE_PUBLIC(BrowserTabBarBase)
+public:
+    /** The design sizes that differ between the strips, in 96-dpi pixels. */
+    struct Metrics
+    {
+        int maxButtonWidth;
+        int minButtonWidth;
+        int noCloseButtonWidth;
+        int homepageWidth;
+    };
+
+    explicit BrowserTabBarBasePrivate(const Metrics &metrics);
+    virtual ~BrowserTabBarBasePrivate();
+
+    BrowserTabBarBasePrivate(const BrowserTabBarBasePrivate &) = delete;
+    BrowserTabBarBasePrivate &operator=(const BrowserTabBarBasePrivate &) = delete;
+
+    /** Called by BrowserTabBarBase's constructor, once q_ptr is set. */
+    void InitBase();
+
+    BrowserTabBarBase *q_ptr = nullptr;
+    const Metrics metrics;
+
+    // One button per tab; list position = tab index.
+    QList<BrowserTabButtonBase *> buttons;
+    int currentIndex = -1;
+    int firstIndex = 0;    // lowest index a dragged tab may take
+    int buttonWidth = 0;   // every movable tab
+    int extraPixels = 0;   // movable tabs, from the first, that are one pixel wider
+    ITabManager *tabManager = nullptr;
+
+    // Closing mode: after a close button the tabs keep their widths under the pointer
+    // until it leaves the bar; the delay timer then ends the mode and re-fits them.
+    bool closing = false;
+    bool closedLast = false; // the tab closed in closing mode was the rightmost
+    // 200 ms, single-shot; a child of the bar named "TabBarDelayTimer", stopped by the
+    // bar's destructor so that no tick reaches a half-destroyed bar.
+    QTimer *delayTimer = nullptr;
+    TabLeaveWatcher *leaveWatcher = nullptr;
+
+    // The context menu.
+    KelMenu *menu = nullptr;
+    int menuIndex = -1; // the tab whose menu was opened last, as it was then
+    // That tab itself: the commands act on it wherever it has moved, and on nothing once
+    // it is gone.
+    QPointer<BrowserTabButtonBase> menuButton;
+    bool menuRunning = false;
+    // A right click on another tab while the menu runs: that tab's menu opens next.
+    QPointer<BrowserTabButtonBase> pendingMenuButton;
+    QPoint pendingMenuPos;
+    quint64 menuPressSerial = 0; // the right press (BrowserTabButtonBasePrivate) of the menu shown
+    // The menu runs inside the press handler of the tab that was right-clicked, and Qt
+    // sends that tab a context-menu event after the handler returns; the menu itself
+    // still runs code after a command's signal. So what a command removes must outlive
+    // the menu: removed tabs wait in parkedButtons, and if the bar itself is destroyed,
+    // its widgets and its menu wait in menuGrave, which the menu's caller deletes once
+    // the menu has returned.
+    QList<QPointer<BrowserTabButtonBase>> parkedButtons;
+    std::shared_ptr<QList<QPointer<QWidget>>> menuGrave;
+
+    // Dragging.
+    QPointer<BrowserTabButtonBase> pressedButton; // guarded: a host may delete it behind our back
+    bool dragging = false;   // the pressed button has moved since the press
+    bool endingDrag = false; // TabButtonMoved() runs, inside the popup's hide
+    int dragStartIndex = -1; // where the pressed tab was at the press, for Escape
+    // The scrolling strip tells TabButtonMoved() once, when the drag ends; the classic
+    // one after every movement.
+    bool movesReportedOnRelease = true;
+    QPoint pressOffset;      // x: button x minus the pointer's global x at the press; y: button y
+    std::unique_ptr<TabMoveProxy> moveProxy; // a parentless popup, owned here
+
+    // --- shared behaviour ---------------------------------------------------------
+
+    int Count() const { return buttons.size(); }
+    bool IsValidIndex(int index) const { return index >= 0 && index < buttons.size(); }
+    BrowserTabButtonBase *ButtonAt(int index) const { return IsValidIndex(index) ? buttons.at(index) : nullptr; }
+    /** FixedTabCount(), never below 0. */
+    int FixedCount() const;
+    int Scaled(int designPixels) const;
+
+    /** Wires a new button's signals to the bar's slots and takes it into the list. */
+    int InsertButton(int index, BrowserTabButtonBase *button);
+    /** Gives the move proxy to the bar and wires it. */
+    void SetMoveProxy(TabMoveProxy *proxy);
+    /** Index of the tab whose menu was opened, -1 once it is gone; updates menuIndex. */
+    int MenuTabIndex();
+    /** Shows the menu for @p button at @p globalPos, and then any menu asked for meanwhile. */
+    void RunMenu(BrowserTabButtonBase *button, QPoint globalPos);
+    /** The pointer may have left the bar: starts the end of closing mode when it has. */
+    void PointerMayHaveLeft();
+    /** Ends closing mode now: every tab takes its normal width again. */
+    void EndClosingMode();
+    /** Ends a drag whose tab is being removed. */
+    void AbandonDrag();
+    /** Escape during a drag: the tab goes back to where it was. */
+    void CancelDrag();
+    /** Moves the list entry @p from to @p to; the current tab stays the same tab. */
+    void MoveEntry(int from, int to);
+    /** Brings hover and Qt's record of what is under the pointer up to date. */
+    void ResyncPointer();
+
+    // --- what each strip supplies ---------------------------------------------------
+
+    /** Makes the button of a new tab, parented where the strip keeps it. */
+    virtual BrowserTabButtonBase *CreateButton(const TabDataPtr &tab, const QString &iconPath, bool loading) = 0;
+    /** A full relayout: widths, places, frames (ResizeButtons). */
+    virtual void Relayout() = 0;
+    /** After a tab was taken out of the list: lays the rest out, in or out of closing mode. */
+    virtual void LayoutAfterRemoval() = 0;
+    /** After the current tab changed from @p previous: stacking and layout. */
+    virtual void CurrentTabChanged(int previous) = 0;
+    /** After a tab was moved by moveTab() or a cancelled drag. */
+    virtual void LayoutAfterMove() = 0;
+    /** The neighbour that becomes current when the current tab at @p index is removed. */
+    virtual int NextCurrentOnRemoval(int index) = 0;
+    /** The icon address of a plug-in tab, from the strip's policy. */
+    virtual QString PluginIconUrl(const QString &pluginCode) = 0;
+    /** Creates the strip's own menu entries and adds them to @p menu (the recovery entry is added after). */
+    virtual void BuildMenu(KelMenu *menu) = 0;
+    /** Shows and enables the entries for the tab at menuIndex. */
+    virtual void PrepareMenu(const TabDataPtr &tab) = 0;
+    /** Re-applies the scaled sizes after a DPI change. */
+    virtual void AdjustForDpi() = 0;
+    /**
+     * A press on @p button may begin a drag. Returns false when this tab does not move;
+     * otherwise the strip marks what it needs and the proxy is shown.
+     */
+    virtual bool BeginPress(BrowserTabButtonBase *button, const QPoint &globalPos) = 0;
+    /** The pointer moved to @p globalPos during a press. */
+    virtual void DragTo(const QPoint &globalPos) = 0;
+    /** The press has ended (the proxy hid itself); the tab goes into its slot. */
+    virtual void EndPress(BrowserTabButtonBase *button) = 0;
+    /** The pressed tab is being removed while it is held. */
+    virtual void DragAbandoned() = 0;
+};

@@ -1,0 +1,65 @@
+#pragma once
+
+// The private class of BrowserTabButtonBase. Not part of the installed API. Each
+// button's private class derives from it and gives the button its look.
+
+#include "browsertabbuttonbase.h"
+
+#include <QMetaObject>
+#include <QPoint>
+#include <QPointer>
+#include <QString>
+
+class BrowserTabBarBase;
+
+class BrowserTabButtonBasePrivate
+{
+    Q_DECLARE_PUBLIC(BrowserTabButtonBase)
+public:
+    BrowserTabButtonBasePrivate();
+    virtual ~BrowserTabButtonBasePrivate();
+
+    BrowserTabButtonBasePrivate(const BrowserTabButtonBasePrivate &) = delete;
+    BrowserTabButtonBasePrivate &operator=(const BrowserTabButtonBasePrivate &) = delete;
+
+    BrowserTabButtonBase *q_ptr = nullptr;
+
+    bool checked = false; // the bar's current tab
+    bool pressed = false; // being dragged by the bar
+    bool loading = false; // the page is loading
+    bool hovered = false; // the pointer is over the button
+    QPointer<BrowserTabBarBase> bar;
+    TabDataPtr tabData;
+    QString requestedIconUrl; // the address last asked of the image cache
+    QString iconPath;         // the local file of the icon
+    QPoint lastPressGlobalPos;
+    // Which press was this button's last right press, counted over all tab buttons: a
+    // menu request is a fresh right click when it is newer than the running menu.
+    quint64 rightPressSerial = 0;
+    static quint64 pressSerial;
+    // The scrolling strip's button keeps the record's icon address in step with what it
+    // asks for; the classic one leaves the record to the host.
+    bool recordsIconUrl = false;
+    // The pending icon request; only the answer for the last address asked counts.
+    QMetaObject::Connection iconConnection;
+
+    bool IsHomePage() const { return tabData && tabData->IsHomePage(); }
+    /** Asks the icon cache for the icon the record calls for, as at construction. */
+    void ChooseIconSource();
+    /** The bar's double-click policy; false without a bar. */
+    bool BarClosesOnDoubleClick() const;
+    /** The bar's icon address for a plug-in; empty without a bar. */
+    QString BarPluginIconUrl(const QString &pluginCode) const;
+
+    // --- what each button supplies ---------------------------------------------
+    virtual void SetTitle(const QString &title) = 0;
+    virtual void SetChecked(bool checked) = 0;
+    virtual void SetPressed() = 0;
+    virtual void SetReleased() = 0;
+    virtual void LoadStart() = 0;
+    virtual void LoadFinished() = 0;
+    /** Re-evaluates which icon (or the loading indicator) the button shows. */
+    virtual void UpdateIcon() = 0;
+    /** A left press on a tab that may be dragged, just before SigButtonPressed(). */
+    virtual void LeftPressed() {}
+};

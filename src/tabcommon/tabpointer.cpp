@@ -1,0 +1,133 @@
+#include "tabpointer_p.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QEnterEvent>
+#include <QHoverEvent>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QScreen>
+#include <QVector>
+#include <QWidget>
+#include <QWindow>
+
+namespace TabPointer {
+
+namespace {
+
+void SendLeave(QWidget *widget, const QPoint &global)
+{
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(widget, &leave);
+    // Style sheets draw :hover from these, not from the leave itself.
+    if (widget->testAttribute(Qt::WA_Hover)) {
+        QHoverEvent hover(QEvent::HoverLeave, QPoint(-1, -1), widget->mapFromGlobal(global));
+        QCoreApplication::sendEvent(widget, &hover);
+    }
+}
+
+void SendEnter(QWidget *widget, const QPoint &global)
+{
+    const QPoint local = widget->mapFromGlobal(global);
+    QEnterEvent enter(local, widget->window()->mapFromGlobal(global), global);
+    QCoreApplication::sendEvent(widget, &enter);
+    if (widget->testAttribute(Qt::WA_Hover)) {
+        QHoverEvent hover(QEvent::HoverEnter, local, QPoint(-1, -1));
+        QCoreApplication::sendEvent(widget, &hover);
+    }
+}
+
+// Descendants of @p node that count as under the pointer but lie off @p path, the
+// deepest first, as Qt itself sends leaves. Only hovered branches are walked.
+void CollectStale(QWidget *node, const QVector<QWidget *> &path, QVector<QPointer<QWidget>> *stale)
+{
+    const QObjectList &children = node->children();
+    for (QObject *object : children) {
+        if (!object->isWidgetType())
+            continue;
+        auto *child = static_cast<QWidget *>(object);
+        if (child->isWindow() || !child->testAttribute(Qt::WA_UnderMouse))
+            continue;
+        CollectStale(child, path, stale);
+        if (!path.contains(child))
+            stale->append(child);
+    }
+}
+
+} // namespace
+
+bool GlobalPos(QPoint *pos)
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return false;
+    *pos = QCursor::pos(screen);
+    return true;
+}
+
+bool IsOver(const QWidget *widget)
+{
+    QPoint global;
+    if (!widget || !GlobalPos(&global))
+        return false;
+    return widget->rect().contains(widget->mapFromGlobal(global));
+}
+
+void Resync(QWidget *strip)
+{
+    if (!strip || !strip->isVisible() || QApplication::activePopupWidget()
+        || QGuiApplication::mouseButtons() != Qt::NoButton)
+        return;
+    QPoint global;
+    if (!GlobalPos(&global))
+        return;
+    QWidget *window = strip->window();
+    QWindow *handle = window->windowHandle();
+    if (!handle)
+        return;
+
+    // The chain of the strip's widgets under the pointer, outermost first; empty when
+    // the pointer is elsewhere (also when another window covers the strip there).
+    QVector<QWidget *> path;
+    QWidget *under = QApplication::widgetAt(global);
+    if (under && (under == strip || strip->isAncestorOf(under))) {
+        for (QWidget *w = under; w; w = w->parentWidget()) {
+            path.prepend(w);
+            if (w == strip)
+                break;
+        }
+    }
+    if (path.isEmpty() && !strip->testAttribute(Qt::WA_UnderMouse))
+        return; // the pointer is elsewhere and nothing of ours thinks otherwise
+
+    const QPointer<QWidget> guard(strip);
+    if (!path.isEmpty()) {
+        // Let Qt point its record at what is under the pointer now, dispatching the
+        // crossings it knows of; as if the pointer had moved, without moving it.
+        const QPointF local = handle->mapFromGlobal(global);
+        QMouseEvent move(QEvent::MouseMove, local, local, global, Qt::NoButton, Qt::NoButton,
+                         QGuiApplication::keyboardModifiers());
+        QCoreApplication::sendEvent(handle, &move);
+        if (!guard)
+            return;
+    }
+
+    // What Qt could not tell: widgets that still count as hovered though the pointer
+    // left them while it stood still (or while a popup held it), and widgets it came
+    // to lie over without a crossing.
+    QVector<QPointer<QWidget>> stale;
+    CollectStale(strip, path, &stale);
+    if (path.isEmpty() && strip->testAttribute(Qt::WA_UnderMouse))
+        stale.append(strip);
+    for (const QPointer<QWidget> &widget : qAsConst(stale)) {
+        if (widget && widget->testAttribute(Qt::WA_UnderMouse))
+            SendLeave(widget, global);
+    }
+    const QVector<QPointer<QWidget>> entered(path.cbegin(), path.cend());
+    for (const QPointer<QWidget> &widget : entered) {
+        if (widget && !widget->testAttribute(Qt::WA_UnderMouse))
+            SendEnter(widget, global);
+    }
+}
+
+} // namespace TabPointer

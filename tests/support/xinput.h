@@ -1,0 +1,141 @@
+#pragma once
+
+// Real input through the X server's XTEST extension, for the tests that must see what
+// a user's mouse and keyboard produce: the server's own enter/leave bookkeeping,
+// pointer grabs of popups, the keyboard layout. QTest's events never go through the
+// window system, so they cannot show those.
+//
+// libX11 and libXtst are loaded at run time, so that the suite builds without the X
+// development packages; they stay loaded (unloading them would leave the leak checker
+// unable to name the one-time allocations they keep until exit).
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QPoint>
+#include <QtTest>
+
+#include <dlfcn.h>
+
+namespace KelTest {
+
+class XInput
+{
+public:
+    XInput()
+    {
+        m_x11 = dlopen("libX11.so.6", RTLD_NOW | RTLD_LOCAL);
+        m_xtst = dlopen("libXtst.so.6", RTLD_NOW | RTLD_LOCAL);
+        if (!m_x11 || !m_xtst)
+            return;
+        auto openDisplay = reinterpret_cast<void *(*)(const char *)>(dlsym(m_x11, "XOpenDisplay"));
+        m_flush = reinterpret_cast<int (*)(void *)>(dlsym(m_x11, "XFlush"));
+        m_sync = reinterpret_cast<int (*)(void *, int)>(dlsym(m_x11, "XSync"));
+        m_closeDisplay = reinterpret_cast<int (*)(void *)>(dlsym(m_x11, "XCloseDisplay"));
+        m_keysymToKeycode = reinterpret_cast<unsigned char (*)(void *, unsigned long)>(
+            dlsym(m_x11, "XKeysymToKeycode"));
+        m_motion = reinterpret_cast<int (*)(void *, int, int, int, unsigned long)>(
+            dlsym(m_xtst, "XTestFakeMotionEvent"));
+        m_button = reinterpret_cast<int (*)(void *, unsigned int, int, unsigned long)>(
+            dlsym(m_xtst, "XTestFakeButtonEvent"));
+        m_key = reinterpret_cast<int (*)(void *, unsigned int, int, unsigned long)>(
+            dlsym(m_xtst, "XTestFakeKeyEvent"));
+        auto query = reinterpret_cast<int (*)(void *, int *, int *, int *, int *)>(
+            dlsym(m_xtst, "XTestQueryExtension"));
+        if (!openDisplay || !m_flush || !m_sync || !m_closeDisplay || !m_keysymToKeycode || !m_motion
+            || !m_button || !m_key || !query)
+            return;
+        m_display = openDisplay(nullptr);
+        int event = 0, error = 0, major = 0, minor = 0;
+        if (m_display && !query(m_display, &event, &error, &major, &minor)) {
+            m_closeDisplay(m_display);
+            m_display = nullptr;
+        }
+    }
+
+    ~XInput()
+    {
+        if (!m_display)
+            return;
+        for (unsigned int button = 1; button <= 3; ++button) {
+            if (m_pressed & (1u << button))
+                Button(button, false);
+        }
+        m_closeDisplay(m_display);
+    }
+
+    XInput(const XInput &) = delete;
+    XInput &operator=(const XInput &) = delete;
+
+    bool IsValid() const { return m_display != nullptr; }
+
+    /** Why a test cannot run here, or an empty string when it can. */
+    QString Unavailable() const
+    {
+        if (QGuiApplication::platformName() != QLatin1String("xcb"))
+            return QStringLiteral("needs an X server (run under xvfb-run with QT_QPA_PLATFORM=xcb)");
+        if (!m_display)
+            return QStringLiteral("the X server offers no XTEST extension, or libXtst is missing");
+        return QString();
+    }
+
+    /** Moves the pointer in one jump, as a quick flick of a real mouse does. */
+    void MoveTo(const QPoint &globalPos)
+    {
+        m_motion(m_display, -1, globalPos.x(), globalPos.y(), 0);
+        m_sync(m_display, 0);
+    }
+
+    /** Moves the pointer in @p steps motions, as a slow hand does. */
+    void GlideTo(const QPoint &from, const QPoint &to, int steps)
+    {
+        for (int i = 1; i <= steps; ++i) {
+            MoveTo(from + (to - from) * i / steps);
+            QTest::qWait(10);
+        }
+    }
+
+    /** Presses or releases button 1 (left), 2 (middle) or 3 (right). */
+    void Button(unsigned int button, bool press)
+    {
+        m_button(m_display, button, press ? 1 : 0, 0);
+        m_sync(m_display, 0);
+        if (press)
+            m_pressed |= 1u << button;
+        else
+            m_pressed &= ~(1u << button);
+    }
+
+    void Click(unsigned int button = 1)
+    {
+        Button(button, true);
+        Button(button, false);
+    }
+
+    /** Presses and releases the key that carries @p keysym in the server's present layout. */
+    void Key(unsigned long keysym)
+    {
+        const unsigned int code = m_keysymToKeycode(m_display, keysym);
+        if (code == 0)
+            return;
+        m_key(m_display, code, 1, 0);
+        m_key(m_display, code, 0, 0);
+        m_sync(m_display, 0);
+    }
+
+    static constexpr unsigned long KeyEscape = 0xff1b;
+
+private:
+    void *m_x11 = nullptr;
+    void *m_xtst = nullptr;
+    void *m_display = nullptr;
+    unsigned int m_pressed = 0;
+    int (*m_flush)(void *) = nullptr;
+    int (*m_sync)(void *, int) = nullptr;
+    int (*m_closeDisplay)(void *) = nullptr;
+    unsigned char (*m_keysymToKeycode)(void *, unsigned long) = nullptr;
+    int (*m_motion)(void *, int, int, int, unsigned long) = nullptr;
+    int (*m_button)(void *, unsigned int, int, unsigned long) = nullptr;
+    int (*m_key)(void *, unsigned int, int, unsigned long) = nullptr;
+};
+
+} // namespace KelTest
