@@ -6,6 +6,8 @@ KELTAB_PACKAGES=(
     qtbase5-dev qtbase5-dev-tools libqt5sql5-sqlite
     clang libclang-rt-14-dev
     xvfb xauth fonts-dejavu-core
+    x11-xkb-utils xkb-data libx11-dev libxtst-dev
+    libqt5svg5 qt5-image-formats-plugins
 )
 
 keltab_install_deps() {
