@@ -1,5 +1,7 @@
 #include "vosimagecache.h"
 
+#include "guisingleton_p.h"
+
 #include <QBuffer>
 #include <QCryptographicHash>
 #include <QDir>
@@ -21,7 +23,7 @@
 
 namespace {
 
-VosImageCache *g_instance = nullptr;
+GuiSingleton<VosImageCache> g_instance;
 
 bool IsWebUrl(const QUrl &url)
 {
@@ -262,15 +264,12 @@ VosImageCache::~VosImageCache() = default;
 
 VosImageCache *VosImageCache::Instance()
 {
-    if (!g_instance)
-        g_instance = new VosImageCache;
-    return g_instance;
+    return g_instance.Instance("VosImageCache", [] { return new VosImageCache; });
 }
 
 void VosImageCache::ReleaseInstance()
 {
-    delete g_instance;
-    g_instance = nullptr;
+    g_instance.Release("VosImageCache", [](VosImageCache *instance) { delete instance; });
 }
 
 void VosImageCache::SetCacheDirectory(const QString &directory)

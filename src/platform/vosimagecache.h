@@ -30,6 +30,9 @@
  * icons and are reported only through the signal, never as warnings.
  *
  * GUI thread only.
+ * Instance() and ReleaseInstance() belong to the GUI thread like everything else:
+ * called from another thread they print a warning and refuse (Instance() returns
+ * null). ReleaseInstance() may be called from a destructor that it sets off.
  */
 class KELTABCONTAINER_EXPORT VosImageCache : public QObject
 {

@@ -1,12 +1,11 @@
 #include "vossettingmanager.h"
 
+#include "guisingleton_p.h"
+
 #include <QAtomicInteger>
-#include <QAtomicPointer>
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
-#include <QMutex>
-#include <QMutexLocker>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -15,14 +14,9 @@
 
 namespace {
 
-QAtomicPointer<VosSettingManager> g_instance;
+GuiSingleton<VosSettingManager> g_instance;
 QAtomicInteger<int> g_connectionSerial;
 
-QMutex &InstanceMutex()
-{
-    static QMutex mutex;
-    return mutex;
-}
 
 const QString kDriver = QStringLiteral("QSQLITE");
 
@@ -214,26 +208,12 @@ VosSettingManager::~VosSettingManager() = default;
 
 VosSettingManager *VosSettingManager::Instance()
 {
-    if (VosSettingManager *existing = g_instance.loadAcquire())
-        return existing;
-    QMutexLocker locker(&InstanceMutex());
-    VosSettingManager *instance = g_instance.loadAcquire();
-    if (!instance) {
-        instance = new VosSettingManager;
-        g_instance.storeRelease(instance);
-    }
-    return instance;
+    return g_instance.Instance("VosSettingManager", [] { return new VosSettingManager; });
 }
 
 void VosSettingManager::ReleaseInstance()
 {
-    if (!g_instance.loadAcquire())
-        return;
-    QMutexLocker locker(&InstanceMutex());
-    if (VosSettingManager *instance = g_instance.loadAcquire()) {
-        g_instance.storeRelease(nullptr);
-        delete instance;
-    }
+    g_instance.Release("VosSettingManager", [](VosSettingManager *instance) { delete instance; });
 }
 
 QString VosSettingManager::GetSystemValue(const QString &group, const QString &key) const

@@ -21,8 +21,9 @@
  * with every value it has read or written so far. Nothing it does later touches the
  * database until SetDatabasePath() names one again, so the warning comes once.
  *
- * Instance() and ReleaseInstance() are safe from any thread; everything else is for
- * the thread that first used the store (in practice the GUI thread).
+ * Instance() and ReleaseInstance() belong to the GUI thread like everything else:
+ * called from another thread they print a warning and refuse (Instance() returns
+ * null). ReleaseInstance() may be called from a destructor that it sets off.
  */
 class KELTABCONTAINER_EXPORT VosSettingManager
 {

@@ -1,5 +1,6 @@
 #include "keltabtest.h"
 
+#include "singletontest.h"
 #include "vossettingmanager.h"
 
 #include <QDir>
@@ -10,10 +11,7 @@
 #include <QSqlQuery>
 #include <QTemporaryDir>
 
-#include <atomic>
 #include <memory>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -314,24 +312,11 @@ private Q_SLOTS:
         VosSettingManager::ReleaseInstance();
     }
 
-    void instanceIsCreatedOnceUnderContention()
+    // A worker thread used to be able to make the store, whose database connection
+    // then belonged to that thread.
+    void offTheGuiThreadIsRefused()
     {
-        VosSettingManager::ReleaseInstance();
-        std::atomic<bool> go{false};
-        std::vector<VosSettingManager *> seen(8, nullptr);
-        std::vector<std::thread> threads;
-        for (size_t i = 0; i < seen.size(); ++i) {
-            threads.emplace_back([&go, &seen, i] {
-                while (!go.load())
-                    std::this_thread::yield();
-                seen[i] = VosSettingManager::Instance();
-            });
-        }
-        go = true;
-        for (std::thread &thread : threads)
-            thread.join();
-        for (VosSettingManager *instance : seen)
-            QCOMPARE(instance, VosSettingManager::Instance());
+        SingletonTest::CheckRefusedOffTheGuiThread<VosSettingManager>("VosSettingManager");
     }
 };
 
