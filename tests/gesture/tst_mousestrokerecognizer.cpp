@@ -193,44 +193,33 @@ private Q_SLOTS:
         QTest::newRow("minimum below 4 is raised to 4") << Polyline({{0, 0}, {3, 0}}, 1) << 0 << QStringList();
         QTest::newRow("zigzag") << Polyline({{0, 0}, {60, 0}, {60, 60}, {120, 60}, {120, 0}}) << 20
                                 << QStringList{"R", "D", "R", "U"};
+
+        // Positions at the ends of the int range: differences and running lengths
+        // overflowed int, which gave no code at all (or the wrong one) and undefined
+        // behaviour under the sanitizers.
+        constexpr int kMin = std::numeric_limits<int>::min();
+        constexpr int kMax = std::numeric_limits<int>::max();
+        QTest::newRow("overflow: (-1,0) to (INT_MAX,0), step 20")
+            << QVector<QPoint>{{-1, 0}, {kMax, 0}} << 20 << QStringList{"R"};
+        QTest::newRow("overflow: INT_MAX to INT_MIN")
+            << QVector<QPoint>{{kMax, 0}, {kMin, 0}} << 20 << QStringList{"L"};
+        QTest::newRow("overflow: INT_MIN to INT_MAX, vertical")
+            << QVector<QPoint>{{0, kMin}, {0, kMax}} << 20 << QStringList{"D"};
+        QTest::newRow("overflow: corner to corner")
+            << QVector<QPoint>{{kMin, kMin}, {kMax, kMax}} << 20 << QStringList{"R"};
+        QTest::newRow("overflow: running length past INT_MAX")
+            << QVector<QPoint>{{kMin, 5}, {-1, 5}, {kMax, 5}, {kMax, 5}} << 20 << QStringList{"R"};
+        QTest::newRow("overflow: there and back across the range")
+            << QVector<QPoint>{{kMin, 0}, {kMax, 0}, {kMin, 0}, {kMax, 0}} << 20 << QStringList{"R", "L", "R"};
+        QTest::newRow("overflow: right, then up across the range")
+            << QVector<QPoint>{{kMin, kMax}, {kMax, kMax}, {kMax, kMin}} << 20 << QStringList{"R", "U"};
+        QTest::newRow("overflow: tiny wobble at INT_MIN")
+            << QVector<QPoint>{{kMin, kMin}, {kMin + 3, kMin}} << 20 << QStringList();
+        QTest::newRow("overflow: huge minimum")
+            << QVector<QPoint>{{kMin, 0}, {kMax, 0}} << kMax << QStringList{"R"};
     }
 
     void recognize()
-    {
-        QFETCH(QVector<QPoint>, points);
-        QFETCH(int, minimum);
-        QFETCH(QStringList, codes);
-        QCOMPARE(MouseStrokeRecognizer::RecognizeStroke(points, minimum), codes);
-    }
-
-    // Positions at the ends of the int range: differences and running lengths
-    // overflowed int, which gave no code at all (or the wrong one) and undefined
-    // behaviour under the sanitizers.
-    void extremeCoordinatesGiveDefinedCodes_data()
-    {
-        QTest::addColumn<QVector<QPoint>>("points");
-        QTest::addColumn<int>("minimum");
-        QTest::addColumn<QStringList>("codes");
-        constexpr int kMin = std::numeric_limits<int>::min();
-        constexpr int kMax = std::numeric_limits<int>::max();
-        QTest::newRow("(-1,0) to (INT_MAX,0), step 20") << QVector<QPoint>{{-1, 0}, {kMax, 0}} << 20
-                                                        << QStringList{"R"};
-        QTest::newRow("INT_MAX to INT_MIN") << QVector<QPoint>{{kMax, 0}, {kMin, 0}} << 20 << QStringList{"L"};
-        QTest::newRow("INT_MIN to INT_MAX, vertical") << QVector<QPoint>{{0, kMin}, {0, kMax}} << 20
-                                                       << QStringList{"D"};
-        QTest::newRow("corner to corner") << QVector<QPoint>{{kMin, kMin}, {kMax, kMax}} << 20 << QStringList{"R"};
-        QTest::newRow("running length past INT_MAX")
-            << QVector<QPoint>{{kMin, 5}, {-1, 5}, {kMax, 5}, {kMax, 5}} << 20 << QStringList{"R"};
-        QTest::newRow("there and back across the range")
-            << QVector<QPoint>{{kMin, 0}, {kMax, 0}, {kMin, 0}, {kMax, 0}} << 20 << QStringList{"R", "L", "R"};
-        QTest::newRow("right, then up across the range")
-            << QVector<QPoint>{{kMin, kMax}, {kMax, kMax}, {kMax, kMin}} << 20 << QStringList{"R", "U"};
-        QTest::newRow("tiny wobble at INT_MIN") << QVector<QPoint>{{kMin, kMin}, {kMin + 3, kMin}} << 20
-                                                 << QStringList();
-        QTest::newRow("huge minimum") << QVector<QPoint>{{kMin, 0}, {kMax, 0}} << kMax << QStringList{"R"};
-    }
-
-    void extremeCoordinatesGiveDefinedCodes()
     {
         QFETCH(QVector<QPoint>, points);
         QFETCH(int, minimum);
