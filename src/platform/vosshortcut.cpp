@@ -412,14 +412,15 @@ bool VosShortcut::eventFilter(QObject *watched, QEvent *event)
         return false;
     }
 
-    // A receiver may release this object (or the whole application state) from its
-    // slot; only the flag set through IgnoreActivation() is read afterwards, through
-    // a guard.
+    // A receiver may destroy this object from its slot (closing the window, say):
+    // then a command ran and the key is consumed, and no member is touched again.
     const QPointer<VosShortcut> self(this);
     m_activationIgnored = false;
     emit SigActivated(keyCode, mask);
-    if (!self)
-        return false;
+    if (!self) {
+        key->accept();
+        return true;
+    }
     if (m_activationIgnored) {
         NotePassedOn(key, receiver);
         return false;

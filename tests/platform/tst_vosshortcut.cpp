@@ -516,6 +516,27 @@ private Q_SLOTS:
         QCOMPARE(other.keys, QList<int>{Qt::Key_W});
     }
 
+    // A receiver that ends the shortcut's life from its slot (closing the window that
+    // owns it) has acted on the key: it is consumed, and nothing touches the
+    // destroyed object.
+    void shortcutDestroyedByItsReceiverConsumesTheKey()
+    {
+        KeyRecordingWidget widget;
+        widget.show();
+        auto *shortcut = new VosShortcut(&widget, Qt::WidgetShortcut);
+        shortcut->AddShortcut(0x57, 2);
+        int reports = 0;
+        connect(shortcut, &VosShortcut::SigActivated, &widget, [&reports, shortcut] {
+            ++reports;
+            delete shortcut;
+        });
+        QTest::keyClick(&widget, Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(reports, 1);
+        QVERIFY(widget.keys.isEmpty());
+        QTest::keyClick(&widget, Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(widget.keys, QList<int>{Qt::Key_W});
+    }
+
     void destroyedShortcutStopsWatching()
     {
         KeyRecordingWidget widget;
