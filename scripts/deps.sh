@@ -3,9 +3,11 @@
 # not touch the network.
 KELTAB_PACKAGES=(
     cmake g++ make pkg-config
-    qtbase5-dev qtbase5-dev-tools libqt5sql5-sqlite
+    qtbase5-dev qtbase5-dev-tools libqt5sql5-sqlite zlib1g-dev
     clang libclang-rt-14-dev
     xvfb xauth fonts-dejavu-core
+    x11-xkb-utils xkb-data libx11-dev libxtst-dev
+    libqt5svg5 qt5-image-formats-plugins openssl
 )
 
 keltab_install_deps() {

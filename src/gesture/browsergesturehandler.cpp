@@ -68,8 +68,6 @@ void BrowserGestureHandler::HandleGestureMoving(const QStringList &codes)
 void BrowserGestureHandler::HandleGestureEvent(const QStringList &codes)
 {
     HideToast();
-    if (!m_delegate)
-        return;
     const auto shape = m_codeTable.constFind(codes.join(QString()));
     if (shape == m_codeTable.constEnd())
         return;
@@ -83,19 +81,25 @@ void BrowserGestureHandler::HandleGestureEvent(const QStringList &codes)
     // Read before acting: the delegate may release the settings instance (closing
     // the last window, say), and the report must still name the action performed.
     const QString text = settings->GetBrowserActionText(action);
-    IGestureHandlerDelegate *delegate = m_delegate;
+    // Page Up/Down scroll the focused page by themselves and need no host; the
+    // host's own actions need a delegate. Either way the gesture is reported.
+    if (action == BrowserActionPageUp)
+        VosKeyInjector::InjectKeyClick(kVirtualKeyPageUp);
+    else if (action == BrowserActionPageDown)
+        VosKeyInjector::InjectKeyClick(kVirtualKeyPageDown);
+    else if (m_delegate)
+        RunHostAction(m_delegate, action);
+    ReportGesture(text);
+}
+
+void BrowserGestureHandler::RunHostAction(IGestureHandlerDelegate *delegate, EBrowserAction action)
+{
     switch (action) {
     case BrowserActionBack:
         delegate->ActionBack();
         break;
     case BrowserActionForward:
         delegate->ActionForward();
-        break;
-    case BrowserActionPageUp:
-        VosKeyInjector::InjectKeyClick(kVirtualKeyPageUp);
-        break;
-    case BrowserActionPageDown:
-        VosKeyInjector::InjectKeyClick(kVirtualKeyPageDown);
         break;
     case BrowserActionCloseTab:
         delegate->ActionCloseTab();
@@ -118,14 +122,20 @@ void BrowserGestureHandler::HandleGestureEvent(const QStringList &codes)
     case BrowserActionRecoverClosedTab:
         delegate->ActionRecoverClosedTab();
         break;
+    case BrowserActionPageUp:
+    case BrowserActionPageDown:
     case BrowserActionInvalid:
     default:
         // Bound to nothing on purpose (or to a value a newer build wrote): still a
-        // gesture the user made, so it is reported below.
+        // gesture the user made, so the caller reports it.
         break;
     }
+}
+
+void BrowserGestureHandler::ReportGesture(const QString &actionText)
+{
     IMonitorSystem::GetMonitorSystem()->ReportUsageEvent(QStringLiteral("Start_SystemSetting_GestureFunction"),
-                                                         QStringLiteral("kel_webpage"), {text});
+                                                         QStringLiteral("kel_webpage"), {actionText});
 }
 
 void BrowserGestureHandler::SlotMouseGestureUpdate()

@@ -28,8 +28,9 @@ class IGestureHandlerDelegate;
  * The handler does not look at the gestures switch: the stroke recogniser (or the
  * host) does not call it when gestures are off.
  *
- * A delegate must be set before strokes arrive. Without one the handler does nothing
- * at all (no toast, no action, no report) rather than crash.
+ * Without a delegate the handler still does what needs no host: Page Up / Page Down
+ * are injected and every performed shape is reported; the toast (which needs the
+ * delegate's area) and the delegate's actions are left out.
  *
  * GUI thread only.
  */
@@ -40,7 +41,7 @@ public:
     explicit BrowserGestureHandler(QObject *parent = nullptr);
     ~BrowserGestureHandler() override;
 
-    /** Uses @p delegate (not owned) from now on; null stops the handler. */
+    /** Uses @p delegate (not owned) from now on; null leaves only what needs no host. */
     void SetGestureHandlerDelegate(IGestureHandlerDelegate *delegate);
 
     /**
@@ -62,6 +63,8 @@ private Q_SLOTS:
 private:
     void ShowToast(const QString &text);
     void HideToast();
+    static void RunHostAction(IGestureHandlerDelegate *delegate, EBrowserAction action);
+    static void ReportGesture(const QString &actionText);
     void InitConnectSignals();
 
     IGestureHandlerDelegate *m_delegate = nullptr;

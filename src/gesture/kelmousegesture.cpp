@@ -1,21 +1,14 @@
 #include "kelmousegesture.h"
 
+#include "guisingleton_p.h"
+
 #include "gesturemapcodec_p.h"
 #include "vossettingmanager.h"
 
-#include <QAtomicPointer>
-#include <QMutex>
-#include <QMutexLocker>
 
 namespace {
 
-QAtomicPointer<KelMouseGesture> g_instance;
-
-QMutex &InstanceMutex()
-{
-    static QMutex mutex;
-    return mutex;
-}
+GuiSingleton<KelMouseGesture> g_instance;
 
 const QString kGroup = QStringLiteral("SYS_SETTING");
 const QString kEnableGestureKey = QStringLiteral("SYS_SETTING_ENABLE_GESTURE");
@@ -84,26 +77,12 @@ KelMouseGesture::~KelMouseGesture() = default;
 
 KelMouseGesture *KelMouseGesture::Instance()
 {
-    if (KelMouseGesture *existing = g_instance.loadAcquire())
-        return existing;
-    QMutexLocker locker(&InstanceMutex());
-    KelMouseGesture *instance = g_instance.loadAcquire();
-    if (!instance) {
-        instance = new KelMouseGesture(nullptr);
-        g_instance.storeRelease(instance);
-    }
-    return instance;
+    return g_instance.Instance("KelMouseGesture", [] { return new KelMouseGesture(nullptr); });
 }
 
 void KelMouseGesture::ReleaseInstance()
 {
-    if (!g_instance.loadAcquire())
-        return;
-    QMutexLocker locker(&InstanceMutex());
-    if (KelMouseGesture *instance = g_instance.loadAcquire()) {
-        g_instance.storeRelease(nullptr);
-        delete instance;
-    }
+    g_instance.Release("KelMouseGesture", [](KelMouseGesture *instance) { delete instance; });
 }
 
 QList<EBrowserAction> KelMouseGesture::GetAllBrowserAction() const

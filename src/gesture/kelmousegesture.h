@@ -58,8 +58,9 @@ enum EBrowserAction : qint32 {
  * user's map is read from the store every time it is asked for; only the two switches
  * are held in memory.
  *
- * Instance() and ReleaseInstance() are safe from any thread; everything else is for
- * the GUI thread.
+ * Instance() and ReleaseInstance() belong to the GUI thread like everything else:
+ * called from another thread they print a warning and refuse (Instance() returns
+ * null). ReleaseInstance() may be called from a destructor that it sets off.
  */
 class KELTABCONTAINER_EXPORT KelMouseGesture : public QObject
 {

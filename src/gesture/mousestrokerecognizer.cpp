@@ -13,7 +13,6 @@
 #include <QWidget>
 
 #include <algorithm>
-#include <cstdlib>
 
 // ---------------------------------------------------------------------------
 // StrokeTracker
@@ -57,10 +56,14 @@ bool StrokeTracker::Finish(const QPoint &point)
 
 bool StrokeTracker::Extend(const QPoint &point, int threshold)
 {
-    const int dx = point.x() - m_anchor.x();
-    const int dy = point.y() - m_anchor.y();
-    const int adx = std::abs(dx);
-    const int ady = std::abs(dy);
+    // Positions come from the window system and from hosts (synthetic events,
+    // screens far apart, scaled coordinates), so any two ints may meet here: the
+    // difference of two of them needs 33 bits and its magnitude 32 unsigned bits,
+    // which 64-bit arithmetic holds without overflow.
+    const qint64 dx = qint64(point.x()) - qint64(m_anchor.x());
+    const qint64 dy = qint64(point.y()) - qint64(m_anchor.y());
+    const qint64 adx = dx < 0 ? -dx : dx;
+    const qint64 ady = dy < 0 ? -dy : dy;
     if (std::max(adx, ady) < threshold)
         return false;
 
@@ -69,12 +72,14 @@ bool StrokeTracker::Extend(const QPoint &point, int threshold)
         direction = dx > 0 ? QLatin1Char('R') : QLatin1Char('L');
     else
         direction = dy > 0 ? QLatin1Char('D') : QLatin1Char('U');
-    const int length = std::max(adx, ady);
+    const qint64 length = std::max(adx, ady);
     m_anchor = point;
 
     const QStringList before = Codes();
     if (m_hasRun && m_last.direction == direction) {
-        m_last.length += length;
+        // Saturates: a run past any screen is as long as it needs to be, and the sum
+        // of many huge steps must not wrap round into a short one.
+        m_last.length = std::min(m_last.length + length, kLongestRun);
     } else {
         if (m_hasRun)
             Commit(m_last);

@@ -36,10 +36,14 @@ public:
     QStringList Codes() const;
 
 private:
+    // Far beyond any pointer path, far below where adding one more step of at
+    // most 2^32 could overflow.
+    static constexpr qint64 kLongestRun = qint64(1) << 40;
+
     struct Run
     {
         QChar direction;
-        int length = 0;
+        qint64 length = 0;
     };
 
     void Commit(const Run &run);

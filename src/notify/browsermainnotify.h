@@ -14,12 +14,16 @@
  * It has signals only. The library neither emits nor connects to them: the host's
  * pages emit, the host's window listens. Listeners in other threads receive the
  * signals queued (TabDataPtr is a registered meta-type).
+ *
+ * Instance() and ReleaseInstance() belong to the GUI thread like everything else:
+ * called from another thread they print a warning and refuse (Instance() returns
+ * null). ReleaseInstance() may be called from a destructor that it sets off.
  */
 class KELTABCONTAINER_EXPORT BrowserMainNotify : public QObject
 {
     Q_OBJECT
 public:
-    /** The single instance, created on first use. Safe to call from several threads at once. */
+    /** The single instance, created on first use; null (with a warning) off the GUI thread. */
     static BrowserMainNotify *Instance();
     /**
      * Destroys the instance, if any; connections to it go with it. A later Instance()

@@ -1,12 +1,16 @@
 #include "vosimagecache.h"
 
-#include <QBuffer>
+#include "boundedinflater_p.h"
+#include "guisingleton_p.h"
+#include "iconaddresspolicy_p.h"
+#include "icondecoder_p.h"
+
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImage>
-#include <QImageReader>
+#include <QHash>
 #include <QMetaObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -19,51 +23,23 @@
 
 #include <map>
 
+static_assert(VosImageCache::MaxImageDimension == IconDecoder::MaxDimension, "one limit for icons");
+static_assert(VosImageCache::MaxUrlLength == IconAddressPolicy::MaxUrlLength, "one limit for addresses");
+
 namespace {
 
-VosImageCache *g_instance = nullptr;
+GuiSingleton<VosImageCache> g_instance;
 
-bool IsWebUrl(const QUrl &url)
-{
-    // QUrl keeps schemes in lower case, so "HTTP://" passes too. A URL without a
-    // host ("http://", "http:/x") has nowhere to go.
-    const QString scheme = url.scheme();
-    return url.isValid() && (scheme == QLatin1String("http") || scheme == QLatin1String("https"))
-        && !url.host().isEmpty();
-}
+// What Qt may hold of a reply ahead of us: the body is read, and decoded, as it
+// arrives, so nothing larger than this waits in memory unseen.
+constexpr qint64 kReadBufferBytes = 64 * 1024;
 
-// Strict parsing, so that a malformed address fails here instead of being
-// "corrected" by QUrl into a request for something else.
-QUrl ParseWebUrl(const QString &text)
-{
-    if (text.size() > VosImageCache::MaxUrlLength)
-        return QUrl();
-    const QUrl url(text, QUrl::StrictMode);
-    return IsWebUrl(url) ? url : QUrl();
-}
+// Files of the cache end so; nothing else in the directory is ever counted or removed.
+const QString kFileSuffix = QStringLiteral(".img");
 
 bool IsRedirect(int status)
 {
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
-}
-
-bool DecodesAsIcon(const QByteArray &bytes)
-{
-    QBuffer buffer;
-    buffer.setData(bytes);
-    buffer.open(QIODevice::ReadOnly);
-    // The format comes from the bytes, never from the server's Content-Type.
-    QImageReader reader(&buffer);
-    // Look at the header before decoding: a few bytes can announce a picture whose
-    // pixels would not fit in memory.
-    const QSize size = reader.size();
-    if (!size.isValid() || size.isEmpty() || size.width() > VosImageCache::MaxImageDimension
-        || size.height() > VosImageCache::MaxImageDimension) {
-        return false;
-    }
-    const QImage image = reader.read();
-    return !image.isNull() && image.width() <= VosImageCache::MaxImageDimension
-        && image.height() <= VosImageCache::MaxImageDimension;
 }
 
 // A file in the cache is either complete or absent: QSaveFile writes beside the
@@ -77,6 +53,14 @@ bool WriteAtomically(const QString &target, const QByteArray &bytes)
         return false; // an uncommitted QSaveFile removes its temporary file
     QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner);
     return true;
+}
+
+QByteArray ReadFile(const QString &path, qint64 limit)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > limit)
+        return QByteArray();
+    return file.readAll();
 }
 
 } // namespace
@@ -108,9 +92,29 @@ public:
         QPointer<QNetworkReply> reply;
         QUrl current;
         QString target;
-        QByteArray body;
+        QByteArray body;          // decoded bytes
+        qint64 received = 0;      // bytes as they came over the wire
+        // Set when the server compressed the body; it is undone here, not by Qt, so
+        // that the size limit holds for what the body decodes to while it streams.
+        std::unique_ptr<BoundedInflater> inflater;
+        bool unusable = false;    // an encoding we do not take
         int redirects = 0;
         int waiters = 1;
+    };
+
+    // A decoded icon kept for Image().
+    struct Held
+    {
+        QImage image;
+        qint64 cost = 0;
+        quint64 lastUse = 0;
+    };
+
+    // A file of the cache directory, as the disk budget sees it.
+    struct Stored
+    {
+        qint64 size = 0;
+        qint64 lastUse = 0; // milliseconds since the epoch: the file's modification time
     };
 
     explicit Private(VosImageCache *owner)
@@ -137,18 +141,136 @@ public:
     QString CachePathFor(const QString &url) const
     {
         const QByteArray hash = QCryptographicHash::hash(url.toUtf8(), QCryptographicHash::Sha256).toHex();
-        return Directory() + QLatin1Char('/') + QString::fromLatin1(hash) + QStringLiteral(".img");
+        return Directory() + QLatin1Char('/') + QString::fromLatin1(hash) + kFileSuffix;
     }
 
-    QString CopyResource(const QString &resource, bool forceRefresh) const
+    // --- memory budget ---------------------------------------------------------
+
+    void Hold(const QString &url, const QImage &image)
+    {
+        Forget(url);
+        const qint64 cost = image.sizeInBytes();
+        if (image.isNull() || cost > memoryBudget)
+            return;
+        held.insert(url, Held{image, cost, ++useCounter});
+        memoryUsage += cost;
+        TrimMemory();
+    }
+
+    void Forget(const QString &url)
+    {
+        const auto found = held.find(url);
+        if (found == held.end())
+            return;
+        memoryUsage -= found->cost;
+        held.erase(found);
+    }
+
+    void TrimMemory()
+    {
+        while (memoryUsage > memoryBudget && !held.isEmpty()) {
+            auto oldest = held.begin();
+            for (auto it = held.begin(); it != held.end(); ++it) {
+                if (it->lastUse < oldest->lastUse)
+                    oldest = it;
+            }
+            memoryUsage -= oldest->cost;
+            held.erase(oldest);
+        }
+    }
+
+    // --- disk budget -------------------------------------------------------------
+
+    // Learns what the directory holds on first need, from the files themselves, so
+    // that what earlier sessions left counts too.
+    void ScanDisk()
+    {
+        if (diskScanned)
+            return;
+        diskScanned = true;
+        stored.clear();
+        diskUsage = 0;
+        const QFileInfoList files = QDir(Directory()).entryInfoList({QLatin1Char('*') + kFileSuffix}, QDir::Files);
+        for (const QFileInfo &file : files) {
+            const qint64 modified = file.lastModified().toMSecsSinceEpoch();
+            stored.insert(file.fileName(), Stored{file.size(), modified});
+            lastUseStamp = qMax(lastUseStamp, modified);
+            diskUsage += file.size();
+        }
+    }
+
+    void NoteWritten(const QString &path)
+    {
+        ScanDisk();
+        const QFileInfo file(path);
+        const QString name = file.fileName();
+        diskUsage -= stored.value(name).size;
+        stored.insert(name, Stored{file.size(), NextUse()});
+        diskUsage += file.size();
+        TrimDisk(name);
+    }
+
+    // A file served again is in use: it moves to the back of the line.
+    void NoteServed(const QString &path)
+    {
+        ScanDisk();
+        const QString name = QFileInfo(path).fileName();
+        const auto found = stored.find(name);
+        const qint64 now = NextUse();
+        if (found != stored.end())
+            found->lastUse = now;
+        // Kept on the file too, for the next session's order.
+        QFile file(path);
+        if (file.open(QIODevice::ReadWrite))
+            file.setFileTime(QDateTime::fromMSecsSinceEpoch(now), QFileDevice::FileModificationTime);
+    }
+
+    // The time of a use, later than every use before it even within one
+    // millisecond, so that the order of uses is never a tie.
+    qint64 NextUse()
+    {
+        lastUseStamp = qMax(QDateTime::currentMSecsSinceEpoch(), lastUseStamp + 1);
+        return lastUseStamp;
+    }
+
+    void TrimDisk(const QString &keep)
+    {
+        const QString directory = Directory();
+        while (diskUsage > diskBudget) {
+            auto oldest = stored.end();
+            for (auto it = stored.begin(); it != stored.end(); ++it) {
+                if (it.key() != keep && (oldest == stored.end() || it->lastUse < oldest->lastUse))
+                    oldest = it;
+            }
+            if (oldest == stored.end())
+                return;
+            QFile::remove(directory + QLatin1Char('/') + oldest.key());
+            diskUsage -= oldest->size;
+            stored.erase(oldest);
+        }
+    }
+
+    void ForgetDisk()
+    {
+        diskScanned = false;
+        stored.clear();
+        diskUsage = 0;
+    }
+
+    // --- answers -----------------------------------------------------------------
+
+    QString CopyResource(const QString &resource, bool forceRefresh)
     {
         const QString target = CachePathFor(resource);
-        if (!forceRefresh && QFileInfo(target).isFile())
+        if (!forceRefresh && QFileInfo(target).isFile()) {
+            NoteServed(target);
             return target;
+        }
         QFile source(resource);
-        if (!source.open(QIODevice::ReadOnly))
+        if (!source.open(QIODevice::ReadOnly) || !WriteAtomically(target, source.readAll()))
             return QString();
-        return WriteAtomically(target, source.readAll()) ? target : QString();
+        NoteWritten(target);
+        return target;
     }
 
     // Answers from the event loop: callers connect after asking, and a receiver may
@@ -181,21 +303,35 @@ public:
     {
         QNetworkRequest request(address);
         // Redirects are checked here rather than by Qt, so that each hop is held to
-        // http(s) and the hops are counted against our own limit.
+        // the address rules and counted against our own limit.
         request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
         // An icon request neither sends nor keeps cookies.
         request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
         request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+        // Asked for by us, so Qt leaves compressed bodies alone: Receive() undoes the
+        // compression itself, bounded, instead of Qt inflating all of it up front.
+        request.setRawHeader("Accept-Encoding", "gzip, deflate");
 
         dl->DropReply();
         dl->body.clear();
+        dl->received = 0;
+        dl->inflater.reset();
+        dl->unusable = false;
         dl->current = address;
         QNetworkReply *reply = network.get(request);
+        reply->setReadBufferSize(kReadBufferBytes);
         dl->reply = reply;
-        QObject::connect(reply, &QNetworkReply::metaDataChanged, &dl->deadline, [this, url, reply] {
+        QObject::connect(reply, &QNetworkReply::metaDataChanged, &dl->deadline, [this, url, dl, reply] {
             // Refuse as soon as the server announces too much.
-            if (reply->header(QNetworkRequest::ContentLengthHeader).toLongLong() > MaxImageBytes)
+            if (reply->header(QNetworkRequest::ContentLengthHeader).toLongLong() > MaxImageBytes) {
                 Finish(url, QString());
+                return;
+            }
+            const QByteArray encoding = reply->rawHeader("Content-Encoding").trimmed().toLower();
+            if (encoding == "gzip" || encoding == "x-gzip" || encoding == "deflate")
+                dl->inflater = std::make_unique<BoundedInflater>();
+            else if (!encoding.isEmpty() && encoding != "identity")
+                dl->unusable = true;
         });
         QObject::connect(reply, &QNetworkReply::readyRead, &dl->deadline, [this, url, dl] { Receive(url, dl); });
         QObject::connect(reply, &QNetworkReply::finished, &dl->deadline, [this, url, dl] { Complete(url, dl); });
@@ -204,11 +340,24 @@ public:
     // Returns false when the download has been given up.
     bool Receive(const QString &url, Download *dl)
     {
-        // One byte past the limit is enough to know the icon is too large, so never
-        // read further than that.
-        dl->body += dl->reply->read(MaxImageBytes + 1 - dl->body.size());
-        if (dl->body.size() <= MaxImageBytes)
-            return true;
+        while (dl->reply && dl->reply->bytesAvailable() > 0) {
+            // One byte past the limit is enough to know the icon is too large, so
+            // never read or decode further than that.
+            const QByteArray chunk = dl->reply->read(kReadBufferBytes);
+            dl->received += chunk.size();
+            const qint64 room = MaxImageBytes + 1 - dl->body.size();
+            if (!dl->inflater)
+                dl->body += chunk.left(int(room));
+            else if (dl->inflater->Feed(chunk, dl->body, room) == BoundedInflater::Result::Failed)
+                return Fail(url);
+            if (dl->body.size() > MaxImageBytes || dl->received > MaxImageBytes)
+                return Fail(url);
+        }
+        return true;
+    }
+
+    bool Fail(const QString &url)
+    {
         Finish(url, QString());
         return false;
     }
@@ -222,14 +371,21 @@ public:
         if (IsRedirect(status)) {
             const QUrl location = QUrl::fromEncoded(reply->rawHeader("Location"), QUrl::StrictMode);
             const QUrl next = dl->current.resolved(location);
-            if (location.isEmpty() || !IsWebUrl(next) || ++dl->redirects > MaxRedirects)
+            if (location.isEmpty() || !IconAddressPolicy::IsRedirectAllowed(dl->current, next)
+                || ++dl->redirects > MaxRedirects)
                 Finish(url, QString());
             else
                 Get(url, dl, next);
             return;
         }
-        const bool stored = reply->error() == QNetworkReply::NoError && status >= 200 && status < 300
-            && DecodesAsIcon(dl->body) && WriteAtomically(dl->target, dl->body);
+        const bool complete = !dl->unusable && (!dl->inflater || dl->inflater->IsDone());
+        const bool ok = reply->error() == QNetworkReply::NoError && status >= 200 && status < 300 && complete;
+        const QImage image = ok ? IconDecoder::Decode(dl->body) : QImage();
+        const bool stored = !image.isNull() && WriteAtomically(dl->target, dl->body);
+        if (stored) {
+            NoteWritten(dl->target);
+            Hold(url, image);
+        }
         Finish(url, stored ? dl->target : QString());
     }
 
@@ -251,6 +407,17 @@ public:
     QNetworkAccessManager network;
     // Keyed by the address exactly as asked, which is also what the answers carry.
     std::map<QString, std::unique_ptr<Download>> downloads;
+
+    qint64 memoryBudget = DefaultMemoryBudget;
+    qint64 memoryUsage = 0;
+    quint64 useCounter = 0;
+    QHash<QString, Held> held;
+
+    qint64 diskBudget = DefaultDiskBudget;
+    qint64 diskUsage = 0;
+    bool diskScanned = false;
+    qint64 lastUseStamp = 0;
+    QHash<QString, Stored> stored; // by file name in the cache directory
 };
 
 VosImageCache::VosImageCache()
@@ -262,20 +429,20 @@ VosImageCache::~VosImageCache() = default;
 
 VosImageCache *VosImageCache::Instance()
 {
-    if (!g_instance)
-        g_instance = new VosImageCache;
-    return g_instance;
+    return g_instance.Instance("VosImageCache", [] { return new VosImageCache; });
 }
 
 void VosImageCache::ReleaseInstance()
 {
-    delete g_instance;
-    g_instance = nullptr;
+    g_instance.Release("VosImageCache", [](VosImageCache *instance) { delete instance; });
 }
 
 void VosImageCache::SetCacheDirectory(const QString &directory)
 {
+    if (directory == d->cacheDirectory)
+        return;
     d->cacheDirectory = directory;
+    d->ForgetDisk();
 }
 
 QString VosImageCache::CacheDirectory() const
@@ -293,28 +460,79 @@ int VosImageCache::TimeoutMs() const
     return d->timeoutMs;
 }
 
+QImage VosImageCache::Image(const QString &url)
+{
+    const auto found = d->held.find(url);
+    if (found != d->held.end()) {
+        found->lastUse = ++d->useCounter;
+        return found->image;
+    }
+    // Not held (never, or trimmed): decode again from where the answer pointed, by
+    // the same rules as a download.
+    QString path = IconAddressPolicy::LocalFile(url);
+    if (path.isEmpty())
+        path = d->CachePathFor(url);
+    const QImage image = IconDecoder::Decode(ReadFile(path, MaxImageBytes));
+    if (!image.isNull())
+        d->Hold(url, image);
+    return image;
+}
+
+void VosImageCache::SetMemoryBudget(qint64 bytes)
+{
+    d->memoryBudget = bytes > 0 ? bytes : DefaultMemoryBudget;
+    d->TrimMemory();
+}
+
+qint64 VosImageCache::MemoryBudget() const
+{
+    return d->memoryBudget;
+}
+
+qint64 VosImageCache::MemoryUsage() const
+{
+    return d->memoryUsage;
+}
+
+void VosImageCache::SetDiskBudget(qint64 bytes)
+{
+    d->diskBudget = bytes > 0 ? bytes : DefaultDiskBudget;
+    d->ScanDisk();
+    d->TrimDisk(QString());
+}
+
+qint64 VosImageCache::DiskBudget() const
+{
+    return d->diskBudget;
+}
+
+qint64 VosImageCache::DiskUsage() const
+{
+    d->ScanDisk();
+    return d->diskUsage;
+}
+
 void VosImageCache::RequestImage(const QString &url, bool forceRefresh)
 {
     if (url.startsWith(QLatin1String(":/"))) {
         d->Answer(url, d->CopyResource(url, forceRefresh));
         return;
     }
-    if (url.startsWith(QLatin1String("file:"), Qt::CaseInsensitive)) {
-        const QString path = QUrl(url).toLocalFile();
+    if (url.startsWith(QLatin1String("file:"), Qt::CaseInsensitive) || QFileInfo(url).isAbsolute()) {
+        // The address is checked before anything looks at the file system: a file
+        // on a network share must not be touched at all.
+        const QString path = IconAddressPolicy::LocalFile(url);
         d->Answer(url, !path.isEmpty() && QFileInfo(path).isFile() ? path : QString());
         return;
     }
-    if (QFileInfo(url).isAbsolute()) {
-        d->Answer(url, QFileInfo(url).isFile() ? url : QString());
-        return;
-    }
-    const QUrl address = ParseWebUrl(url);
+    const QUrl address = IconAddressPolicy::ParseWebUrl(url);
     if (!address.isValid()) {
         d->Answer(url, QString());
         return;
     }
     const QString target = d->CachePathFor(url);
     if (!forceRefresh && QFileInfo(target).isFile()) {
+        d->NoteServed(target);
         d->Answer(url, target);
         return;
     }

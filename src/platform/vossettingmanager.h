@@ -14,15 +14,26 @@
  * bound parameters, so any text round-trips exactly (empty, any Unicode, megabytes,
  * quotes, semicolons).
  *
- * When the database cannot be used (missing SQLite driver, a file that is not a
- * database, a lock held by someone else for longer than the busy timeout, a folder
- * or file that cannot be written), the store prints one warning that starts with
+ * Another program's lock (a second instance of the host writing, a backup tool)
+ * never loses a change: each statement waits a short, bounded time; a write that
+ * still finds the database locked is kept, answered from memory by reads, and
+ * retried at the next write and on a timer until it is committed, with every later
+ * write queued behind it in order. One warning, naming the file, says so for each
+ * stretch of time the lock lasts. Releasing the store makes one last bounded try.
+ *
+ * A file that is not a database (or a damaged one) is renamed aside, to its name
+ * plus ".corrupt-" and the date and time, with one warning naming both, and a fresh
+ * database takes its place: the settings start again from their defaults.
+ *
+ * When the database cannot be used at all (missing SQLite driver, a folder or file
+ * that cannot be written), the store prints one warning that starts with
  * "VosSettingManager: cannot use the settings database" and carries on in memory
  * with every value it has read or written so far. Nothing it does later touches the
  * database until SetDatabasePath() names one again, so the warning comes once.
  *
- * Instance() and ReleaseInstance() are safe from any thread; everything else is for
- * the thread that first used the store (in practice the GUI thread).
+ * Instance() and ReleaseInstance() belong to the GUI thread like everything else:
+ * called from another thread they print a warning and refuse (Instance() returns
+ * null). ReleaseInstance() may be called from a destructor that it sets off.
  */
 class KELTABCONTAINER_EXPORT VosSettingManager
 {
@@ -42,15 +53,17 @@ public:
     QString GetSystemValue(const QString &group, const QString &key) const;
     /**
      * Stores @p value under @p group and @p key, replacing any previous value. When
-     * it returns, the value is committed to the database (or, after a failure, held
-     * in memory).
+     * it returns, the value is committed to the database, or, while another program
+     * holds the database locked, queued to be committed when the lock goes (see
+     * PendingWriteCount()), or, after the database was given up, held in memory.
      */
     void SetSystemValueSync(const QString &group, const QString &key, const QString &value);
 
     /**
      * Uses the database file @p path from now on; missing folders are created when it
-     * is opened. An empty @p path returns to the default. Values held in memory after
-     * an earlier failure are dropped: the new database is the truth.
+     * is opened. An empty @p path returns to the default. Changes still queued for the
+     * old file get one more bounded try there; values held in memory are dropped:
+     * the new database is the truth.
      */
     void SetDatabasePath(const QString &path);
     /**
@@ -60,6 +73,8 @@ public:
     QString DatabasePath() const;
     /** @return false once the store has given up on its database and works in memory. */
     bool IsPersistent() const;
+    /** @return how many changes wait for another program's lock to go (0 normally). */
+    int PendingWriteCount() const;
 
     VosSettingManager(const VosSettingManager &) = delete;
     VosSettingManager &operator=(const VosSettingManager &) = delete;

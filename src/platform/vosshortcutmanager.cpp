@@ -1,20 +1,13 @@
 #include "vosshortcutmanager.h"
 
+#include "guisingleton_p.h"
+
 #include "vosshortcut.h"
 
-#include <QAtomicPointer>
-#include <QMutex>
-#include <QMutexLocker>
 
 namespace {
 
-QAtomicPointer<VosShortcutManager> g_instance;
-
-QMutex &InstanceMutex()
-{
-    static QMutex mutex;
-    return mutex;
-}
+GuiSingleton<VosShortcutManager> g_instance;
 
 } // namespace
 
@@ -24,26 +17,12 @@ VosShortcutManager::~VosShortcutManager() = default;
 
 VosShortcutManager *VosShortcutManager::Instance()
 {
-    if (VosShortcutManager *existing = g_instance.loadAcquire())
-        return existing;
-    QMutexLocker locker(&InstanceMutex());
-    VosShortcutManager *instance = g_instance.loadAcquire();
-    if (!instance) {
-        instance = new VosShortcutManager;
-        g_instance.storeRelease(instance);
-    }
-    return instance;
+    return g_instance.Instance("VosShortcutManager", [] { return new VosShortcutManager; });
 }
 
 void VosShortcutManager::ReleaseInstance()
 {
-    if (!g_instance.loadAcquire())
-        return;
-    QMutexLocker locker(&InstanceMutex());
-    if (VosShortcutManager *instance = g_instance.loadAcquire()) {
-        g_instance.storeRelease(nullptr);
-        delete instance;
-    }
+    g_instance.Release("VosShortcutManager", [](VosShortcutManager *instance) { delete instance; });
 }
 
 void VosShortcutManager::Add(const QSharedPointer<VosShortcut> &shortcut)

@@ -11,8 +11,9 @@ class VosShortcut;
  * Process-wide registry that keeps shortcut objects alive for as long as the
  * process needs them, so that whoever created one may drop its own reference.
  *
- * Instance() and ReleaseInstance() are safe from any thread; the rest is for the
- * GUI thread.
+ * Instance() and ReleaseInstance() belong to the GUI thread like everything else:
+ * called from another thread they print a warning and refuse (Instance() returns
+ * null). ReleaseInstance() may be called from a destructor that it sets off.
  */
 class KELTABCONTAINER_EXPORT VosShortcutManager
 {

@@ -124,137 +124,149 @@ void BrowserKeyHandler::RegisterShortcut(uint keyCode, uint keyModifiers)
 
 void BrowserKeyHandler::SlotActivated(uint keyCode, uint keyModifiers)
 {
+    // A key that runs nothing is not ours to take: it goes on to the focused widget
+    // (Escape to a line edit when there is no full screen to leave, say).
     IKeyHandlerDelegate *delegate = m_delegate;
-    if (!delegate)
-        return;
+    if (!delegate || !Dispatch(delegate, keyCode, keyModifiers)) {
+        if (auto *shortcut = qobject_cast<VosShortcut *>(sender()))
+            shortcut->IgnoreActivation();
+    }
+}
 
+bool BrowserKeyHandler::Dispatch(IKeyHandlerDelegate *delegate, uint keyCode, uint keyModifiers)
+{
     switch (keyModifiers) {
     case Ctrl:
         switch (keyCode) {
         case VkTab:
         case VkPageDown:
             delegate->ActionNextTab();
-            return;
+            return true;
         case VkPageUp:
             delegate->ActionPreviousTab();
-            return;
+            return true;
         case Vk0:
         case VkNumpad0:
             delegate->ZoomDefault();
-            return;
+            return true;
         case Vk9:
         case VkNumpad9:
             delegate->ActionCtrl9();
-            return;
+            return true;
         case VkD:
             delegate->ActionCtrlD();
-            return;
+            return true;
         case VkF:
             delegate->ShowFindDlg();
-            return;
+            return true;
         case VkH:
             delegate->ActionCtrlH();
-            return;
+            return true;
         case VkJ:
             delegate->ActionCtrlJ();
-            return;
+            return true;
         case VkR:
             delegate->ActionRefresh();
-            return;
+            return true;
         case VkT:
             delegate->ActionNewTab();
-            return;
+            return true;
         case VkW:
         case VkF4:
             delegate->ActionCloseTab();
-            return;
+            return true;
         case VkF5:
             delegate->ActionRefreshNoCache();
-            return;
+            return true;
         case VkOemPlus:
             delegate->ZoomIn();
-            return;
+            return true;
         case VkOemMinus:
             delegate->ZoomOut();
-            return;
+            return true;
         default:
             break;
         }
-        if (keyCode >= Vk1 && keyCode <= Vk8)
+        if (keyCode >= Vk1 && keyCode <= Vk8) {
             delegate->ActionSelectTab(int(keyCode - Vk1));
-        else if (keyCode >= VkNumpad1 && keyCode <= VkNumpad8)
+            return true;
+        }
+        if (keyCode >= VkNumpad1 && keyCode <= VkNumpad8) {
             delegate->ActionSelectTab(int(keyCode - VkNumpad1));
-        return;
+            return true;
+        }
+        return false;
 
     case CtrlShift:
         switch (keyCode) {
         case VkTab:
             delegate->ActionPreviousTab();
-            return;
+            return true;
         case VkDelete:
             delegate->ActionCtrlShiftDelete();
-            return;
+            return true;
         case VkT:
             delegate->ActionRecoverClosedTab();
-            return;
+            return true;
         default:
-            return;
+            return false;
         }
 
     case AltShift:
         switch (keyCode) {
         case VkUp:
             delegate->ActionAltShiftUp();
-            return;
+            return true;
         case VkDown:
             delegate->ActionAltShiftDown();
-            return;
+            return true;
         default:
-            return;
+            return false;
         }
 
     case Alt:
         switch (keyCode) {
         case VkLeft:
             delegate->ActionBack();
-            return;
+            return true;
         case VkRight:
             delegate->ActionForward();
-            return;
+            return true;
         case VkC:
             delegate->ActionAltC();
-            return;
+            return true;
         case VkE:
             delegate->ActionAltE();
-            return;
+            return true;
         default:
-            return;
+            return false;
         }
 
     case None:
         switch (keyCode) {
         case VkEscape:
             // Esc only leaves full screen; everywhere else it belongs to the page.
-            if (delegate->IsFullscreen())
-                delegate->ExitFullscreen();
-            return;
+            if (!delegate->IsFullscreen())
+                return false;
+            delegate->ExitFullscreen();
+            return true;
         case VkF5:
             delegate->ActionRefresh();
-            return;
+            return true;
         case VkF11:
             if (delegate->IsFullscreen())
                 delegate->ExitFullscreen();
             else
                 delegate->EnterFullscreen();
-            return;
+            return true;
         case VkF12:
             delegate->ShowDevTools();
-            return;
+            return true;
         default:
-            return;
+            return false;
         }
 
     default:
-        return;
+        return false;
     }
 }

@@ -17,8 +17,10 @@ class VosShortcut;
  * (VosShortcut in browser mode, kept by VosShortcutManager). Each press reported by
  * the service is dispatched by its exact modifiers and key: Ctrl (2), Ctrl+Shift (6),
  * Alt+Shift (5), Alt (1) or none (0); other modifier combinations, keys without a
- * rule and keys arriving before a delegate is set are dropped silently. Each press
- * leads to at most one operation, plus the IsFullscreen() question for F11 and Esc.
+ * rule and keys arriving before a delegate is set are dropped silently and left to
+ * the focused widget (VosShortcut::IgnoreActivation()), as is Esc when there is no
+ * full screen to leave. Each press leads to at most one operation, plus the
+ * IsFullscreen() question for F11 and Esc.
  *
  * GUI thread only.
  */
@@ -45,6 +47,8 @@ private Q_SLOTS:
 private:
     void RegisterDefaultShortcut();
     void RegisterShortcut(uint keyCode, uint keyModifiers);
+    /** Runs the operation of the press; @return false when it ran none. */
+    static bool Dispatch(IKeyHandlerDelegate *delegate, uint keyCode, uint keyModifiers);
 
     IKeyHandlerDelegate *m_delegate = nullptr;
     QSharedPointer<VosShortcut> m_shortcut;

@@ -384,14 +384,30 @@ private Q_SLOTS:
         QCOMPARE(m_delegate->calls, QStringList{QStringLiteral("ActionBack")});
     }
 
-    void withoutDelegateNothingHappens()
+    // Without a delegate the handler used to drop every gesture: no page keys and
+    // no usage report, although neither needs the host.
+    void withoutDelegatePageKeysAndReportsStillHappen()
     {
+        KeyRecorder page;
+        page.show();
+        QApplication::setActiveWindow(&page);
+        page.setFocus(Qt::OtherFocusReason);
+        QTRY_COMPARE(QApplication::focusWidget(), static_cast<QWidget *>(&page));
+
         Handler()->SetGestureHandlerDelegate(nullptr);
         Handler()->HandleGestureMoving({QStringLiteral("R"), QStringLiteral("U")});
         QVERIFY(!FindToast());
         Handler()->HandleGestureEvent({QStringLiteral("R"), QStringLiteral("U")});
-        Handler()->HandleGestureEvent({QStringLiteral("U")});
-        QVERIFY(m_monitor->events.isEmpty());
+        Handler()->HandleGestureEvent({QStringLiteral("D")});
+        Handler()->HandleGestureEvent({QStringLiteral("L"), QStringLiteral("R")});
+        const QList<QPair<QEvent::Type, int>> expected{{QEvent::KeyPress, Qt::Key_PageDown},
+                                                       {QEvent::KeyRelease, Qt::Key_PageDown}};
+        QTRY_COMPARE(page.keys.size(), 2);
+        QCOMPARE(page.keys, expected);
+        QCOMPARE(m_monitor->events.size(), 2);
+        QCOMPARE(m_monitor->events.at(0).parameters, QStringList{QStringLiteral("New tab")});
+        QCOMPARE(m_monitor->events.at(1).parameters, QStringList{QStringLiteral("PageDown")});
+        QVERIFY(m_delegate->calls.isEmpty());
 
         // And a delegate set later is used.
         Handler()->SetGestureHandlerDelegate(m_delegate.get());

@@ -1,6 +1,7 @@
 #include "keltabtest.h"
 
 #include "gesturetestsupport.h"
+#include "singletontest.h"
 #include "kelmousegesture.h"
 
 #include <QDataStream>
@@ -8,9 +9,6 @@
 #include <QRandomGenerator>
 #include <QTranslator>
 
-#include <atomic>
-#include <thread>
-#include <vector>
 
 using GestureMap = QMap<EMouseGestureDirection, EBrowserAction>;
 using namespace GestureTest;
@@ -453,26 +451,14 @@ private Q_SLOTS:
         QCOMPARE(calls, 1);
     }
 
-    void instanceIsSharedAcrossThreads()
+    void offTheGuiThreadIsRefused()
     {
-        // Creation reads the store, whose connection belongs to the GUI thread, so the
-        // instance is made here; the threads race on the unlocked fast path.
-        KelMouseGesture *created = KelMouseGesture::Instance();
-        std::atomic<bool> go{false};
-        std::vector<KelMouseGesture *> seen(8, nullptr);
-        std::vector<std::thread> threads;
-        for (size_t i = 0; i < seen.size(); ++i) {
-            threads.emplace_back([&go, &seen, i] {
-                while (!go.load())
-                    std::this_thread::yield();
-                seen[i] = KelMouseGesture::Instance();
-            });
-        }
-        go = true;
-        for (std::thread &thread : threads)
-            thread.join();
-        for (KelMouseGesture *instance : seen)
-            QCOMPARE(instance, created);
+        SingletonTest::CheckRefusedOffTheGuiThread<KelMouseGesture>("KelMouseGesture");
+    }
+
+    void releaseFromItsOwnDestruction()
+    {
+        SingletonTest::CheckQObjectReleaseFromItsOwnDestruction<KelMouseGesture>();
     }
 };
 

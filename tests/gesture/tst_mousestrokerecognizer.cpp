@@ -11,6 +11,8 @@
 #include <QRandomGenerator>
 #include <QtMath>
 
+#include <limits>
+
 using namespace GestureTest;
 
 namespace {
@@ -191,6 +193,30 @@ private Q_SLOTS:
         QTest::newRow("minimum below 4 is raised to 4") << Polyline({{0, 0}, {3, 0}}, 1) << 0 << QStringList();
         QTest::newRow("zigzag") << Polyline({{0, 0}, {60, 0}, {60, 60}, {120, 60}, {120, 0}}) << 20
                                 << QStringList{"R", "D", "R", "U"};
+
+        // Positions at the ends of the int range: differences and running lengths
+        // overflowed int, which gave no code at all (or the wrong one) and undefined
+        // behaviour under the sanitizers.
+        constexpr int kMin = std::numeric_limits<int>::min();
+        constexpr int kMax = std::numeric_limits<int>::max();
+        QTest::newRow("overflow: (-1,0) to (INT_MAX,0), step 20")
+            << QVector<QPoint>{{-1, 0}, {kMax, 0}} << 20 << QStringList{"R"};
+        QTest::newRow("overflow: INT_MAX to INT_MIN")
+            << QVector<QPoint>{{kMax, 0}, {kMin, 0}} << 20 << QStringList{"L"};
+        QTest::newRow("overflow: INT_MIN to INT_MAX, vertical")
+            << QVector<QPoint>{{0, kMin}, {0, kMax}} << 20 << QStringList{"D"};
+        QTest::newRow("overflow: corner to corner")
+            << QVector<QPoint>{{kMin, kMin}, {kMax, kMax}} << 20 << QStringList{"R"};
+        QTest::newRow("overflow: running length past INT_MAX")
+            << QVector<QPoint>{{kMin, 5}, {-1, 5}, {kMax, 5}, {kMax, 5}} << 20 << QStringList{"R"};
+        QTest::newRow("overflow: there and back across the range")
+            << QVector<QPoint>{{kMin, 0}, {kMax, 0}, {kMin, 0}, {kMax, 0}} << 20 << QStringList{"R", "L", "R"};
+        QTest::newRow("overflow: right, then up across the range")
+            << QVector<QPoint>{{kMin, kMax}, {kMax, kMax}, {kMax, kMin}} << 20 << QStringList{"R", "U"};
+        QTest::newRow("overflow: tiny wobble at INT_MIN")
+            << QVector<QPoint>{{kMin, kMin}, {kMin + 3, kMin}} << 20 << QStringList();
+        QTest::newRow("overflow: huge minimum")
+            << QVector<QPoint>{{kMin, 0}, {kMax, 0}} << kMax << QStringList{"R"};
     }
 
     void recognize()
@@ -199,6 +225,42 @@ private Q_SLOTS:
         QFETCH(int, minimum);
         QFETCH(QStringList, codes);
         QCOMPARE(MouseStrokeRecognizer::RecognizeStroke(points, minimum), codes);
+    }
+
+    // Seeded random paths drawn anywhere in the int range, in huge and in tiny
+    // steps: every result is a list of directions where no two neighbours repeat.
+    void randomPathsOverTheWholeIntRange()
+    {
+        QRandomGenerator generator(20240518);
+        const QString allowed = QStringLiteral("LRUD");
+        for (int round = 0; round < 2000; ++round) {
+            QVector<QPoint> points;
+            const int count = 1 + int(generator.bounded(40));
+            const bool tiny = generator.bounded(2) == 0;
+            QPoint at(int(generator.generate()), int(generator.generate()));
+            for (int i = 0; i < count; ++i) {
+                if (tiny) {
+                    // Small steps around a random place, often at the edges of the range.
+                    at = QPoint(int(qBound<qint64>(std::numeric_limits<int>::min(),
+                                                   qint64(at.x()) + int(generator.bounded(81)) - 40,
+                                                   std::numeric_limits<int>::max())),
+                                int(qBound<qint64>(std::numeric_limits<int>::min(),
+                                                   qint64(at.y()) + int(generator.bounded(81)) - 40,
+                                                   std::numeric_limits<int>::max())));
+                } else {
+                    at = QPoint(int(generator.generate()), int(generator.generate()));
+                }
+                points << at;
+            }
+            const int minimum = int(generator.bounded(200));
+            const QStringList codes = MouseStrokeRecognizer::RecognizeStroke(points, minimum);
+            for (int i = 0; i < codes.size(); ++i) {
+                QCOMPARE(codes.at(i).size(), 1);
+                QVERIFY2(allowed.contains(codes.at(i)), qPrintable(codes.join(QLatin1Char(','))));
+                if (i > 0)
+                    QVERIFY(codes.at(i) != codes.at(i - 1));
+            }
+        }
     }
 
     void settings()

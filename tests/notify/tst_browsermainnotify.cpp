@@ -1,13 +1,11 @@
 #include "keltabtest.h"
 
 #include "browsermainnotify.h"
+#include "singletontest.h"
 
 #include <QPointer>
 #include <QThread>
 
-#include <atomic>
-#include <thread>
-#include <vector>
 
 class TstBrowserMainNotify : public QObject
 {
@@ -20,8 +18,8 @@ private Q_SLOTS:
     void releaseWithoutInstanceDoesNothing();
     void releaseTwiceDoesNothingTheSecondTime();
     void instanceAfterReleaseIsANewWorkingObject();
-    void concurrentFirstCallsCreateExactlyOneObject();
-    void hubBelongsToTheGuiThreadWhoeverCreatesIt();
+    void offTheGuiThreadIsRefused();
+    void releaseFromItsOwnDestruction();
     void signalTable_data();
     void signalTable();
     void signalsReachListenersInOtherThreads();
@@ -72,41 +70,15 @@ void TstBrowserMainNotify::instanceAfterReleaseIsANewWorkingObject()
     QCOMPARE(oldSpy.count(), 0);
 }
 
-void TstBrowserMainNotify::concurrentFirstCallsCreateExactlyOneObject()
+// A first call from a worker thread used to make the hub there.
+void TstBrowserMainNotify::offTheGuiThreadIsRefused()
 {
-    for (int round = 0; round < 20; ++round) {
-        BrowserMainNotify::ReleaseInstance();
-        constexpr int threadCount = 8;
-        std::atomic<int> ready{0};
-        std::atomic<bool> go{false};
-        std::vector<BrowserMainNotify *> seen(threadCount, nullptr);
-        std::vector<std::thread> threads;
-        for (int i = 0; i < threadCount; ++i) {
-            threads.emplace_back([&, i] {
-                ++ready;
-                while (!go.load())
-                    std::this_thread::yield();
-                seen[i] = BrowserMainNotify::Instance();
-            });
-        }
-        while (ready.load() < threadCount)
-            std::this_thread::yield();
-        go = true;
-        for (std::thread &t : threads)
-            t.join();
-        BrowserMainNotify *instance = BrowserMainNotify::Instance();
-        for (BrowserMainNotify *s : seen)
-            QCOMPARE(s, instance);
-    }
+    SingletonTest::CheckRefusedOffTheGuiThread<BrowserMainNotify>("BrowserMainNotify");
 }
 
-void TstBrowserMainNotify::hubBelongsToTheGuiThreadWhoeverCreatesIt()
+void TstBrowserMainNotify::releaseFromItsOwnDestruction()
 {
-    BrowserMainNotify *fromWorker = nullptr;
-    std::thread worker([&fromWorker] { fromWorker = BrowserMainNotify::Instance(); });
-    worker.join();
-    QVERIFY(fromWorker);
-    QCOMPARE(fromWorker->thread(), QCoreApplication::instance()->thread());
+    SingletonTest::CheckQObjectReleaseFromItsOwnDestruction<BrowserMainNotify>();
 }
 
 void TstBrowserMainNotify::signalTable_data()

@@ -1,19 +1,18 @@
 #include "keltabtest.h"
 
+#include "singletontest.h"
 #include "vossettingmanager.h"
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 
-#include <atomic>
 #include <memory>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -57,6 +56,55 @@ QString ReadDirectly(const QString &path, const QString &group, const QString &k
     QSqlDatabase::removeDatabase(name);
     return value;
 }
+
+QRegularExpression LockedWarning(const QString &path)
+{
+    return QRegularExpression(QStringLiteral("^VosSettingManager: the settings database \"%1\" is locked by another "
+                                             "program .*; changes are kept and saved as soon as it is free$")
+                                  .arg(QRegularExpression::escape(QDir::toNativeSeparators(path))));
+}
+
+QRegularExpression SetAsideWarning(const QString &path)
+{
+    const QString native = QRegularExpression::escape(QDir::toNativeSeparators(path));
+    return QRegularExpression(QStringLiteral("^VosSettingManager: the settings database \"%1\" is damaged .*; it was "
+                                             "moved to \"%1\\.corrupt-\\d{8}-\\d{6}\" and the settings start again "
+                                             "from their defaults$")
+                                  .arg(native));
+}
+
+// Another program that holds the database locked until it is released.
+class LockHolder
+{
+public:
+    ~LockHolder() { Release(); }
+
+    bool Lock(const QString &path)
+    {
+        m_process.setProgram(QStringLiteral(KELTAB_SETTINGS_LOCK_HOLDER));
+        m_process.setArguments({path});
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.start();
+        if (!m_process.waitForStarted(10000))
+            return false;
+        QByteArray out;
+        while (!out.contains("locked\n") && m_process.waitForReadyRead(10000))
+            out += m_process.readAllStandardOutput();
+        return out.contains("locked\n");
+    }
+
+    bool Release()
+    {
+        if (m_process.state() == QProcess::NotRunning)
+            return true;
+        m_process.write("\n");
+        m_process.closeWriteChannel();
+        return m_process.waitForFinished(10000) && m_process.exitCode() == 0;
+    }
+
+private:
+    QProcess m_process;
+};
 
 } // namespace
 
@@ -213,7 +261,9 @@ private Q_SLOTS:
         QCOMPARE(OurConnections().size(), 1);
     }
 
-    void corruptDatabaseWarnsOnceAndKeepsValuesInMemory()
+    // A damaged file used to send the whole session to memory: every change was
+    // lost at the next start, and the file stayed in the way for good.
+    void corruptFileIsSetAsideAndDefaultsUsed()
     {
         QFile file(m_path);
         QVERIFY(file.open(QIODevice::WriteOnly));
@@ -222,53 +272,108 @@ private Q_SLOTS:
         file.close();
 
         VosSettingManager *store = VosSettingManager::Instance();
-        QTest::ignoreMessage(QtWarningMsg, FallbackWarning());
+        QTest::ignoreMessage(QtWarningMsg, SetAsideWarning(m_path));
         QCOMPARE(store->GetSystemValue(kGroup, QStringLiteral("k")), QString());
-        QVERIFY(!store->IsPersistent());
-        // Everything after the first failure works in memory without another word.
-        store->SetSystemValueSync(kGroup, QStringLiteral("k"), QStringLiteral("v"));
-        store->SetSystemValueSync(kGroup, QStringLiteral("k2"), QString(1024 * 1024, QLatin1Char('y')));
-        QCOMPARE(store->GetSystemValue(kGroup, QStringLiteral("k")), QStringLiteral("v"));
-        QCOMPARE(store->GetSystemValue(kGroup, QStringLiteral("k2")).size(), 1024 * 1024);
-        QVERIFY(OurConnections().isEmpty());
+        QVERIFY(store->IsPersistent());
 
-        // The file is left as it was: it may be the user's to rescue.
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), garbage);
+        // Set aside under a dated name, unchanged, for the user to rescue.
+        const QStringList aside = QDir(m_dir->path()).entryList({QStringLiteral("settings.sqlite.corrupt-*")});
+        QCOMPARE(aside.size(), 1);
+        QVERIFY2(QRegularExpression(QStringLiteral("^settings\\.sqlite\\.corrupt-\\d{8}-\\d{6}$"))
+                     .match(aside.first())
+                     .hasMatch(),
+                 qPrintable(aside.first()));
+        QFile setAside(m_dir->filePath(aside.first()));
+        QVERIFY(setAside.open(QIODevice::ReadOnly));
+        QCOMPARE(setAside.readAll(), garbage);
+
+        // And the fresh database saves again.
+        store->SetSystemValueSync(kGroup, QStringLiteral("k"), QStringLiteral("v"));
+        QCOMPARE(ReadDirectly(m_path, kGroup, QStringLiteral("k")), QStringLiteral("v"));
+        VosSettingManager::ReleaseInstance();
+        VosSettingManager::Instance()->SetDatabasePath(m_path);
+        QCOMPARE(VosSettingManager::Instance()->GetSystemValue(kGroup, QStringLiteral("k")), QStringLiteral("v"));
     }
 
-    void lockedDatabaseWarnsOnceAndKeepsWhatItKnew()
+    // One lock held for over a second by another program used to send the whole
+    // session to memory: every later change was lost at the next start.
+    void lockHeldByAnotherProgramLosesNoChange()
     {
         VosSettingManager *store = VosSettingManager::Instance();
         store->SetSystemValueSync(kGroup, QStringLiteral("before"), QStringLiteral("known"));
 
-        const QString lockName = QStringLiteral("tst_vossettingmanager.lock");
-        {
-            QSqlDatabase locker = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), lockName);
-            locker.setDatabaseName(m_path);
-            QVERIFY(locker.open());
-            QSqlQuery lock(locker);
-            QVERIFY2(lock.exec(QStringLiteral("BEGIN EXCLUSIVE")), qPrintable(lock.lastError().text()));
-
-            QTest::ignoreMessage(QtWarningMsg, FallbackWarning());
-            store->SetSystemValueSync(kGroup, QStringLiteral("during"), QStringLiteral("lock"));
-            QVERIFY(!store->IsPersistent());
-            QCOMPARE(store->GetSystemValue(kGroup, QStringLiteral("during")), QStringLiteral("lock"));
-            QCOMPARE(store->GetSystemValue(kGroup, QStringLiteral("before")), QStringLiteral("known"));
-
-            QVERIFY(lock.exec(QStringLiteral("ROLLBACK")));
-            lock = QSqlQuery();
-            locker.close();
-        }
-        QSqlDatabase::removeDatabase(lockName);
-
-        // Still in memory (no second warning), until a path is set again.
-        store->SetSystemValueSync(kGroup, QStringLiteral("after"), QStringLiteral("x"));
-        QCOMPARE(ReadDirectly(m_path, kGroup, QStringLiteral("after")), QStringLiteral("<absent>"));
-        store->SetDatabasePath(m_path);
+        LockHolder holder;
+        QVERIFY(holder.Lock(m_path));
+        QTest::ignoreMessage(QtWarningMsg, LockedWarning(m_path));
+        store->SetSystemValueSync(kGroup, QStringLiteral("during"), QStringLiteral("lock"));
+        store->SetSystemValueSync(kGroup, QStringLiteral("before"), QStringLiteral("changed"));
+        store->SetSystemValueSync(kGroup, QStringLiteral("during"), QStringLiteral("lock, again"));
         QVERIFY(store->IsPersistent());
-        QCOMPARE(store->GetSystemValue(kGroup, QStringLiteral("before")), QStringLiteral("known"));
-        QCOMPARE(store->GetSystemValue(kGroup, QStringLiteral("during")), QString());
+        QCOMPARE(store->PendingWriteCount(), 2);
+        QCOMPARE(store->GetSystemValue(kGroup, QStringLiteral("during")), QStringLiteral("lock, again"));
+        QCOMPARE(store->GetSystemValue(kGroup, QStringLiteral("before")), QStringLiteral("changed"));
+        QVERIFY(holder.Release());
+
+        // The next write takes everything queued along.
+        store->SetSystemValueSync(kGroup, QStringLiteral("after"), QStringLiteral("x"));
+        QCOMPARE(store->PendingWriteCount(), 0);
+        QCOMPARE(ReadDirectly(m_path, kGroup, QStringLiteral("before")), QStringLiteral("changed"));
+        QCOMPARE(ReadDirectly(m_path, kGroup, QStringLiteral("during")), QStringLiteral("lock, again"));
+        QCOMPARE(ReadDirectly(m_path, kGroup, QStringLiteral("after")), QStringLiteral("x"));
+
+        // A second lock later warns again, once.
+        QVERIFY(holder.Lock(m_path));
+        QTest::ignoreMessage(QtWarningMsg, LockedWarning(m_path));
+        store->SetSystemValueSync(kGroup, QStringLiteral("second"), QStringLiteral("y"));
+        store->SetSystemValueSync(kGroup, QStringLiteral("second"), QStringLiteral("z"));
+        QVERIFY(holder.Release());
+        store->SetSystemValueSync(kGroup, QStringLiteral("third"), QStringLiteral("w"));
+        QCOMPARE(ReadDirectly(m_path, kGroup, QStringLiteral("second")), QStringLiteral("z"));
+    }
+
+    void queuedChangesAreSavedWhenTheLockGoes()
+    {
+        VosSettingManager *store = VosSettingManager::Instance();
+        store->SetSystemValueSync(kGroup, QStringLiteral("k"), QStringLiteral("old"));
+        LockHolder holder;
+        QVERIFY(holder.Lock(m_path));
+        QTest::ignoreMessage(QtWarningMsg, LockedWarning(m_path));
+        store->SetSystemValueSync(kGroup, QStringLiteral("k"), QStringLiteral("new"));
+        QCOMPARE(store->PendingWriteCount(), 1);
+        QVERIFY(holder.Release());
+        // No further write comes: the store retries by itself.
+        QTRY_COMPARE(store->PendingWriteCount(), 0);
+        QCOMPARE(ReadDirectly(m_path, kGroup, QStringLiteral("k")), QStringLiteral("new"));
+    }
+
+    void queuedChangesAreSavedAtRelease()
+    {
+        VosSettingManager *store = VosSettingManager::Instance();
+        LockHolder holder;
+        QVERIFY(holder.Lock(m_path));
+        QTest::ignoreMessage(QtWarningMsg, LockedWarning(m_path));
+        store->SetSystemValueSync(kGroup, QStringLiteral("k"), QStringLiteral("kept"));
+        QVERIFY(holder.Release());
+        VosSettingManager::ReleaseInstance();
+        QCOMPARE(ReadDirectly(m_path, kGroup, QStringLiteral("k")), QStringLiteral("kept"));
+    }
+
+    void readsDuringALockAnswerFromWhatTheStoreKnows()
+    {
+        VosSettingManager *store = VosSettingManager::Instance();
+        store->SetSystemValueSync(kGroup, QStringLiteral("k"), QStringLiteral("known"));
+        VosSettingManager::ReleaseInstance();
+        store = VosSettingManager::Instance();
+        store->SetDatabasePath(m_path);
+        QCOMPARE(store->GetSystemValue(kGroup, QStringLiteral("k")), QStringLiteral("known"));
+
+        LockHolder holder;
+        QVERIFY(holder.Lock(m_path));
+        QTest::ignoreMessage(QtWarningMsg, LockedWarning(m_path));
+        QCOMPARE(store->GetSystemValue(kGroup, QStringLiteral("k")), QStringLiteral("known"));
+        QVERIFY(holder.Release());
+        QCOMPARE(store->GetSystemValue(kGroup, QStringLiteral("k")), QStringLiteral("known"));
+        QVERIFY(store->IsPersistent());
     }
 
     void unwritableLocationWarnsOnce_data()
@@ -314,24 +419,11 @@ private Q_SLOTS:
         VosSettingManager::ReleaseInstance();
     }
 
-    void instanceIsCreatedOnceUnderContention()
+    // A worker thread used to be able to make the store, whose database connection
+    // then belonged to that thread.
+    void offTheGuiThreadIsRefused()
     {
-        VosSettingManager::ReleaseInstance();
-        std::atomic<bool> go{false};
-        std::vector<VosSettingManager *> seen(8, nullptr);
-        std::vector<std::thread> threads;
-        for (size_t i = 0; i < seen.size(); ++i) {
-            threads.emplace_back([&go, &seen, i] {
-                while (!go.load())
-                    std::this_thread::yield();
-                seen[i] = VosSettingManager::Instance();
-            });
-        }
-        go = true;
-        for (std::thread &thread : threads)
-            thread.join();
-        for (VosSettingManager *instance : seen)
-            QCOMPARE(instance, VosSettingManager::Instance());
+        SingletonTest::CheckRefusedOffTheGuiThread<VosSettingManager>("VosSettingManager");
     }
 };
 

@@ -3,12 +3,39 @@
 
 #include "vosshortcut.h"
 
+#include <QDialog>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QWidget>
 
 namespace {
 
 using Activation = QPair<uint, uint>;
+
+// A line edit that also wants Escape, as a browser's address bar does (to undo an
+// edit), and notes the keys it gets.
+class AddressBar : public QLineEdit
+{
+public:
+    using QLineEdit::QLineEdit;
+    QList<int> keys;
+
+protected:
+    bool event(QEvent *event) override
+    {
+        if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
+            event->accept();
+            return true;
+        }
+        return QLineEdit::event(event);
+    }
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (event->key() != Qt::Key_Control)
+            keys.append(event->key());
+        QLineEdit::keyPressEvent(event);
+    }
+};
 
 QList<Activation> Activations(const QSignalSpy &spy)
 {
@@ -131,6 +158,68 @@ private Q_SLOTS:
         QFETCH(int, modifiers);
         QFETCH(uint, expected);
         QCOMPARE(VosShortcut::ModifierMaskFromQt(Qt::KeyboardModifiers(modifiers)), expected);
+    }
+
+    void physicalKeyFromNative_data()
+    {
+        QTest::addColumn<QString>("platform");
+        QTest::addColumn<uint>("scanCode");
+        QTest::addColumn<uint>("virtualKey");
+        QTest::addColumn<uint>("expected");
+        // X key codes by position, whatever keysym the layout gives the key.
+        QTest::newRow("xcb T (Cyrillic ie)") << "xcb" << 28u << 0x6c5u << uint('T');
+        QTest::newRow("xcb W (AZERTY z)") << "xcb" << 25u << uint('z') << uint('W');
+        QTest::newRow("xcb 1 (AZERTY &)") << "xcb" << 10u << uint('&') << uint('1');
+        QTest::newRow("xcb 0") << "xcb" << 19u << 0xe0u << uint('0');
+        QTest::newRow("xcb C") << "xcb" << 54u << 0x6d3u << uint('C');
+        QTest::newRow("xcb minus is no letter") << "xcb" << 20u << uint('-') << 0u;
+        QTest::newRow("xcb keypad 1 is no digit") << "xcb" << 87u << 0xffb1u << 0u;
+        QTest::newRow("xcb unknown code, Latin keysym") << "xcb" << 300u << uint('t') << uint('T');
+        QTest::newRow("xcb unknown code, Latin capital") << "xcb" << 300u << uint('K') << uint('K');
+        QTest::newRow("xcb unknown code, other keysym") << "xcb" << 300u << 0x6c5u << 0u;
+        QTest::newRow("wayland") << "wayland" << 28u << 0u << uint('T');
+        QTest::newRow("windows T") << "windows" << 0x14u << 0x54u << uint('T');
+        QTest::newRow("windows 1") << "windows" << 0x02u << 0x31u << uint('1');
+        QTest::newRow("windows OEM minus") << "windows" << 0x0cu << 0xbdu << 0u;
+        QTest::newRow("cocoa T") << "cocoa" << 0u << 0x11u << uint('T');
+        QTest::newRow("cocoa 5") << "cocoa" << 0u << 0x17u << uint('5');
+        QTest::newRow("cocoa A") << "cocoa" << 1u << 0x00u << uint('A');
+        QTest::newRow("cocoa equal") << "cocoa" << 0u << 0x18u << 0u;
+        QTest::newRow("offscreen") << "offscreen" << 28u << uint('t') << 0u;
+    }
+
+    void physicalKeyFromNative()
+    {
+        QFETCH(QString, platform);
+        QFETCH(uint, scanCode);
+        QFETCH(uint, virtualKey);
+        QFETCH(uint, expected);
+        QCOMPARE(VosShortcut::PhysicalKeyFromNative(platform, scanCode, virtualKey), expected);
+    }
+
+    void virtualKeyFromEvent_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<uint>("expected");
+        QTest::newRow("Ctrl+T") << int(Qt::Key_T) << int(Qt::ControlModifier) << 0x54u;
+        QTest::newRow("+ zooms") << int(Qt::Key_Plus) << int(Qt::ControlModifier) << 0xBBu;
+        QTest::newRow("= zooms") << int(Qt::Key_Equal) << int(Qt::ControlModifier) << 0xBBu;
+        QTest::newRow("- zooms") << int(Qt::Key_Minus) << int(Qt::ControlModifier) << 0xBDu;
+        QTest::newRow("0") << int(Qt::Key_0) << int(Qt::ControlModifier) << 0x30u;
+        QTest::newRow("keypad -") << int(Qt::Key_Minus) << int(Qt::ControlModifier | Qt::KeypadModifier) << 0x6Du;
+        QTest::newRow("keypad 0") << int(Qt::Key_0) << int(Qt::ControlModifier | Qt::KeypadModifier) << 0x60u;
+        QTest::newRow("! without native codes") << int(Qt::Key_Exclam) << int(Qt::ControlModifier) << 0x31u;
+        QTest::newRow("Cyrillic without native codes") << 0x426 << int(Qt::ControlModifier) << 0u;
+    }
+
+    void virtualKeyFromEvent()
+    {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QFETCH(uint, expected);
+        const QKeyEvent event(QEvent::KeyPress, key, Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(VosShortcut::VirtualKeyFromEvent(&event), expected);
     }
 
     void registrationKeepsOrderAndIgnoresRepeats()
@@ -266,6 +355,121 @@ private Q_SLOTS:
         QCOMPARE(reported(&otherWindow), onOtherWindow);
     }
 
+    // The shortcut took every registered key before the focus widget could claim
+    // it: a line edit lost Ctrl+A and Ctrl+Left, an address bar its Escape.
+    void focusWidgetKeepsTheKeysItClaims_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<uint>("keyCode");
+        QTest::addColumn<uint>("mask");
+        QTest::addColumn<bool>("claimed");
+        QTest::newRow("Ctrl+A") << int(Qt::Key_A) << int(Qt::ControlModifier) << 0x41u << 2u << true;
+        QTest::newRow("Ctrl+Left") << int(Qt::Key_Left) << int(Qt::ControlModifier) << 0x25u << 2u << true;
+        QTest::newRow("Escape") << int(Qt::Key_Escape) << int(Qt::NoModifier) << 0x1Bu << 0u << true;
+        QTest::newRow("Ctrl+T is not an editing key") << int(Qt::Key_T) << int(Qt::ControlModifier) << 0x54u << 2u
+                                                      << false;
+    }
+
+    void focusWidgetKeepsTheKeysItClaims()
+    {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QFETCH(uint, keyCode);
+        QFETCH(uint, mask);
+        QFETCH(bool, claimed);
+
+        QWidget window;
+        window.resize(300, 100);
+        auto *edit = new AddressBar(&window);
+        edit->setGeometry(0, 0, 300, 30);
+        edit->setText(QStringLiteral("some address"));
+        window.show();
+        QApplication::setActiveWindow(&window);
+        edit->setFocus(Qt::OtherFocusReason);
+        QTRY_COMPARE(QApplication::focusWidget(), static_cast<QWidget *>(edit));
+
+        VosShortcut shortcut(&window, Qt::WindowShortcut);
+        shortcut.AddShortcut(keyCode, mask);
+        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
+        QTest::keyClick(edit, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(spy.count(), claimed ? 0 : 1);
+        QCOMPARE(edit->keys, claimed ? QList<int>{key} : QList<int>());
+    }
+
+    // Registered keys were consumed even when nothing acted on them.
+    void keyWithoutCommandPassesOn()
+    {
+        KeyRecordingWidget widget;
+        widget.show();
+        VosShortcut shortcut(&widget, Qt::WidgetShortcut);
+        shortcut.AddShortcut(0x57, 2);
+        shortcut.AddShortcut(0x54, 2);
+        // Nobody listening yet.
+        QTest::keyClick(&widget, Qt::Key_T, Qt::ControlModifier);
+        QCOMPARE(widget.keys, QList<int>{Qt::Key_T});
+        widget.keys.clear();
+
+        // A listener that has no command for W at the moment.
+        int reports = 0;
+        connect(&shortcut, &VosShortcut::SigActivated, &widget, [&](uint keyCode, uint) {
+            ++reports;
+            if (keyCode == 0x57)
+                shortcut.IgnoreActivation();
+        });
+        QTest::keyClick(&widget, Qt::Key_W, Qt::ControlModifier);
+        QTest::keyClick(&widget, Qt::Key_T, Qt::ControlModifier);
+        QCOMPARE(reports, 2);
+        QCOMPARE(widget.keys, QList<int>{Qt::Key_W});
+    }
+
+    // Application-wide shortcuts fired while a modal dialog was open, behind the
+    // user's back; QShortcut waits until the dialog is gone.
+    void applicationShortcutWaitsForModalDialog_data()
+    {
+        QTest::addColumn<int>("modality");
+        QTest::addColumn<bool>("dialogOfOtherWindow");
+        QTest::addColumn<bool>("blocked");
+        QTest::newRow("application modal") << int(Qt::ApplicationModal) << false << true;
+        QTest::newRow("window modal over the widget's window") << int(Qt::WindowModal) << false << true;
+        QTest::newRow("window modal over another window") << int(Qt::WindowModal) << true << false;
+    }
+
+    void applicationShortcutWaitsForModalDialog()
+    {
+        QFETCH(int, modality);
+        QFETCH(bool, dialogOfOtherWindow);
+        QFETCH(bool, blocked);
+
+        KeyRecordingWidget window;
+        window.resize(200, 100);
+        window.show();
+        KeyRecordingWidget other;
+        other.resize(200, 100);
+        other.show();
+        VosShortcut shortcut(&window, Qt::ApplicationShortcut);
+        shortcut.AddShortcut(0x57, 2);
+        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
+
+        QDialog dialog(dialogOfOtherWindow ? &other : &window);
+        dialog.setWindowModality(Qt::WindowModality(modality));
+        dialog.resize(100, 50);
+        auto *inDialog = new KeyRecordingWidget(&dialog);
+        inDialog->resize(100, 50);
+        dialog.show();
+        QTRY_VERIFY(QApplication::activeModalWidget() == &dialog);
+
+        QTest::keyClick(inDialog, Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(spy.count(), blocked ? 0 : 1);
+        QCOMPARE(inDialog->keys, blocked ? QList<int>{Qt::Key_W} : QList<int>());
+
+        dialog.hide();
+        QTRY_VERIFY(!QApplication::activeModalWidget());
+        spy.clear();
+        QTest::keyClick(&other, Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(spy.count(), 1);
+    }
+
     void hiddenWidgetDoesNotTakeWindowPresses()
     {
         QWidget window;
@@ -312,6 +516,27 @@ private Q_SLOTS:
         QCOMPARE(other.keys, QList<int>{Qt::Key_W});
     }
 
+    // A receiver that ends the shortcut's life from its slot (closing the window that
+    // owns it) has acted on the key: it is consumed, and nothing touches the
+    // destroyed object.
+    void shortcutDestroyedByItsReceiverConsumesTheKey()
+    {
+        KeyRecordingWidget widget;
+        widget.show();
+        auto *shortcut = new VosShortcut(&widget, Qt::WidgetShortcut);
+        shortcut->AddShortcut(0x57, 2);
+        int reports = 0;
+        connect(shortcut, &VosShortcut::SigActivated, &widget, [&reports, shortcut] {
+            ++reports;
+            delete shortcut;
+        });
+        QTest::keyClick(&widget, Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(reports, 1);
+        QVERIFY(widget.keys.isEmpty());
+        QTest::keyClick(&widget, Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(widget.keys, QList<int>{Qt::Key_W});
+    }
+
     void destroyedShortcutStopsWatching()
     {
         KeyRecordingWidget widget;
@@ -319,6 +544,7 @@ private Q_SLOTS:
         {
             VosShortcut shortcut(&widget, Qt::WidgetShortcut);
             shortcut.AddShortcut(0x57, 2);
+            QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
             QTest::keyClick(&widget, Qt::Key_W, Qt::ControlModifier);
             QVERIFY(widget.keys.isEmpty());
         }

@@ -1,5 +1,6 @@
 #include "keltabtest.h"
 
+#include "singletontest.h"
 #include "vosshortcut.h"
 #include "vosshortcutmanager.h"
 
@@ -73,6 +74,24 @@ private Q_SLOTS:
         QVERIFY(after);
         QVERIFY(after->Shortcuts().isEmpty());
         Q_UNUSED(before)
+    }
+
+    void offTheGuiThreadIsRefused()
+    {
+        SingletonTest::CheckRefusedOffTheGuiThread<VosShortcutManager>("VosShortcutManager");
+    }
+
+    // A shortcut object dropped by the release, whose owner reacts by touching the
+    // registry again, used to deadlock on the registry's lock.
+    void releaseFromItsOwnDestruction()
+    {
+        QWidget widget;
+        SingletonTest::CheckReleaseFromItsOwnDestruction<VosShortcutManager>(
+            [&widget](VosShortcutManager *manager, std::function<void()> callback) {
+                QSharedPointer<VosShortcut> shortcut(new VosShortcut(&widget, Qt::WidgetShortcut));
+                QObject::connect(shortcut.data(), &QObject::destroyed, callback);
+                manager->Add(shortcut);
+            });
     }
 };
 

@@ -7,6 +7,7 @@
 #include "vosshortcutmanager.h"
 
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QPointer>
 
 namespace {
@@ -56,6 +57,21 @@ public:
     void ActionAltShiftDown() override { calls << QStringLiteral("ActionAltShiftDown"); }
     void ActionAltC() override { calls << QStringLiteral("ActionAltC"); }
     void ActionAltE() override { calls << QStringLiteral("ActionAltE"); }
+};
+
+// A line edit that notes the keys it gets, as an address bar would act on them.
+class RecordingLineEdit : public QLineEdit
+{
+public:
+    using QLineEdit::QLineEdit;
+    QList<int> keys;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        keys.append(event->key());
+        QLineEdit::keyPressEvent(event);
+    }
 };
 
 using Combination = QPair<uint, uint>;
@@ -234,6 +250,39 @@ private Q_SLOTS:
         QCOMPARE(m_delegate->calls, (QStringList{"IsFullscreen", "ExitFullscreen"}));
     }
 
+    // Esc was consumed even when it had nothing to do, so a focused line edit (the
+    // host's address bar) never got it.
+    void escapeWithoutFullScreenReachesTheFocusedLineEdit()
+    {
+        auto *edit = new RecordingLineEdit(m_page.get());
+        edit->setGeometry(10, 10, 200, 24);
+        edit->show();
+        QApplication::setActiveWindow(m_page.get());
+        edit->setFocus(Qt::OtherFocusReason);
+        QTRY_COMPARE(QApplication::focusWidget(), static_cast<QWidget *>(edit));
+
+        Press(Qt::Key_Escape, Qt::NoModifier, edit);
+        QCOMPARE(m_delegate->calls, QStringList{"IsFullscreen"});
+        QCOMPARE(edit->keys, QList<int>{Qt::Key_Escape});
+
+        // In full screen Esc leaves it, and is consumed.
+        m_delegate->calls.clear();
+        m_delegate->fullscreen = true;
+        Press(Qt::Key_Escape, Qt::NoModifier, edit);
+        QCOMPARE(m_delegate->calls, (QStringList{"IsFullscreen", "ExitFullscreen"}));
+        QCOMPARE(edit->keys, QList<int>{Qt::Key_Escape});
+    }
+
+    // Keys arriving before a delegate is set were swallowed although nothing ran.
+    void withoutDelegateKeysReachThePage()
+    {
+        m_handler->SetKeyHandlerDelegate(nullptr);
+        Press(Qt::Key_T, Qt::ControlModifier);
+        Press(Qt::Key_F5, Qt::NoModifier);
+        QCOMPARE(m_page->keys, (QList<int>{Qt::Key_T, Qt::Key_F5}));
+        QVERIFY(m_delegate->calls.isEmpty());
+    }
+
     void registeredKeysAreConsumedOthersPassOn()
     {
         Press(Qt::Key_T, Qt::ControlModifier);
@@ -248,8 +297,9 @@ private Q_SLOTS:
         LastShortcut()->AddShortcut(0x6B, 2);
         Press(Qt::Key_Plus, Qt::ControlModifier | Qt::KeypadModifier);
         QVERIFY(m_delegate->calls.isEmpty());
-        // Registered now, so the service takes the key; the handler has no rule for it.
-        QVERIFY(m_page->keys.isEmpty());
+        // Registered now, so the service reports it; the handler has no rule for it
+        // and leaves it to the page.
+        QCOMPARE(m_page->keys, QList<int>{Qt::Key_Plus});
     }
 
     void browserModeTakesKeysOfDescendants()
@@ -353,14 +403,15 @@ private Q_SLOTS:
         QPointer<VosShortcut> shortcut = LastShortcut().data();
         m_handler.reset();
         QVERIFY(shortcut);
-        // Still registered and watching, with nobody listening: the key is consumed
-        // and nothing breaks.
+        // Still registered and watching, with nobody listening: the key goes on to
+        // the page and nothing breaks.
         Press(Qt::Key_T, Qt::ControlModifier);
         QVERIFY(m_delegate->calls.isEmpty());
+        QCOMPARE(m_page->keys, QList<int>{Qt::Key_T});
         VosShortcutManager::ReleaseInstance();
         QVERIFY(!shortcut);
         Press(Qt::Key_T, Qt::ControlModifier);
-        QCOMPARE(m_page->keys, QList<int>{Qt::Key_T});
+        QCOMPARE(m_page->keys, (QList<int>{Qt::Key_T, Qt::Key_T}));
     }
 };
 
