@@ -597,7 +597,7 @@ void BrowserTabBarExPrivate::DragTo(const QPoint &globalPos)
             StartArrowTimer();
         }
     } else if (x == maxX) {
-        if (!arrowTimer->isActive()) {
+        if (!arrowTimer->isActive() && CanScrollTowardsEnd()) {
             animationTarget = viewportWidth - contentStrip->width();
             animationStep = ScrollStep() / 5;
             StartArrowTimer();
@@ -679,19 +679,36 @@ int BrowserTabBarExPrivate::ScrollStep() const
     return q_func()->MinButtonWidth();
 }
 
+// While closing mode keeps the widths, the strip can be shorter than the scrolled
+// view: the offset then lies beyond the end. An arrow is live only where the strip can
+// still move in its direction, so neither arrow ever scrolls the wrong way.
+bool BrowserTabBarExPrivate::CanScrollTowardsStart() const
+{
+    return scrollOffset < 0;
+}
+
+bool BrowserTabBarExPrivate::CanScrollTowardsEnd() const
+{
+    return scrollOffset > MinOffset();
+}
+
 void BrowserTabBarExPrivate::UpdateArrowState()
 {
-    const bool atStart = scrollOffset == 0;
-    const bool atEnd = scrollOffset == MinOffset();
-    leftArrow->setEnabled(!atStart);
-    leftShadow->setVisible(!atStart);
-    rightArrow->setEnabled(!atEnd);
-    rightShadow->setVisible(!atEnd);
+    const bool towardsStart = CanScrollTowardsStart();
+    const bool towardsEnd = CanScrollTowardsEnd();
+    leftArrow->setEnabled(towardsStart);
+    leftShadow->setVisible(towardsStart);
+    rightArrow->setEnabled(towardsEnd);
+    rightShadow->setVisible(towardsEnd);
 }
 
 void BrowserTabBarExPrivate::CheckAreaOffset()
 {
-    scrollOffset = qMin(qMax(scrollOffset, MinOffset()), 0);
+    const int minOffset = MinOffset();
+    scrollOffset = qMin(qMax(scrollOffset, minOffset), 0);
+    // A running scroll must not carry on past the end of a strip that just got shorter.
+    if (arrowTimer->isActive())
+        animationTarget = qMin(qMax(animationTarget, minOffset), 0);
     TabGeometry::Move(contentStrip, QPoint(scrollOffset, 0));
     UpdateArrowState();
 }
@@ -708,9 +725,9 @@ void BrowserTabBarExPrivate::StartArrowTimer()
 void BrowserTabBarEx::SlotArrowTimeout()
 {
     Q_D(BrowserTabBarEx);
-    // The strip may have shrunk since the animation began (tabs removed): never run
-    // past what is now the end. A step below 1 would never arrive.
-    d->animationTarget = qMin(qMax(d->animationTarget, d->MinOffset()), 0);
+    // The target is not clamped here: the slide after closing the rightmost tab must
+    // cover exactly one width even when earlier closes left the strip short of the
+    // view. A step below 1 would never arrive.
     const int step = qMax(1, d->animationStep);
     bool done;
     if (d->animationStart <= d->animationTarget) {
@@ -734,6 +751,8 @@ void BrowserTabBarEx::SlotArrowTimeout()
 void BrowserTabBarEx::SlotLeftArrowClicked()
 {
     Q_D(BrowserTabBarEx);
+    if (!d->CanScrollTowardsStart())
+        return;
     if (d->arrowTimer->isActive())
         return;
     d->animationTarget = d->scrollOffset + d->ScrollStep();
@@ -744,6 +763,8 @@ void BrowserTabBarEx::SlotLeftArrowClicked()
 void BrowserTabBarEx::SlotRightArrowClicked()
 {
     Q_D(BrowserTabBarEx);
+    if (!d->CanScrollTowardsEnd())
+        return;
     if (d->arrowTimer->isActive())
         return;
     d->animationTarget = d->scrollOffset - d->ScrollStep();
@@ -754,6 +775,8 @@ void BrowserTabBarEx::SlotRightArrowClicked()
 void BrowserTabBarEx::SlotLeftArrowDoubleClicked()
 {
     Q_D(BrowserTabBarEx);
+    if (!d->CanScrollTowardsStart())
+        return;
     d->arrowTimer->stop();
     d->animationTarget = 0;
     d->animationStep = d->ScrollStep() / 2;
@@ -763,6 +786,8 @@ void BrowserTabBarEx::SlotLeftArrowDoubleClicked()
 void BrowserTabBarEx::SlotRightArrowDoubleClicked()
 {
     Q_D(BrowserTabBarEx);
+    if (!d->CanScrollTowardsEnd())
+        return;
     d->arrowTimer->stop();
     d->animationTarget = d->MinOffset();
     d->animationStep = d->ScrollStep() / 2;
@@ -772,6 +797,8 @@ void BrowserTabBarEx::SlotRightArrowDoubleClicked()
 void BrowserTabBarEx::SlotLeftArrowPressed()
 {
     Q_D(BrowserTabBarEx);
+    if (!d->CanScrollTowardsStart())
+        return;
     d->arrowTimer->stop();
     d->animationTarget = 0;
     d->animationStep = d->ScrollStep() / 5;
@@ -781,6 +808,8 @@ void BrowserTabBarEx::SlotLeftArrowPressed()
 void BrowserTabBarEx::SlotRightArrowPressed()
 {
     Q_D(BrowserTabBarEx);
+    if (!d->CanScrollTowardsEnd())
+        return;
     d->arrowTimer->stop();
     d->animationTarget = d->MinOffset();
     d->animationStep = d->ScrollStep() / 5;

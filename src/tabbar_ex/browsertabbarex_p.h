@@ -76,6 +76,8 @@ public:
     int ScrollStep() const;
     void CheckAreaOffset();
     void StartArrowTimer();
+    bool CanScrollTowardsStart() const;
+    bool CanScrollTowardsEnd() const;
     void UpdateArrowState();
     // Dragging.
     void SortButtons();

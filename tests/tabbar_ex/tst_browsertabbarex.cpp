@@ -49,6 +49,8 @@ private Q_SLOTS:
     void emptyBarKeepsItsFrames();
     void resizeRelayouts();
     void adjustForDpiRelayouts();
+    void titleFontStaysAsMadeAcrossDpiChange_data();
+    void titleFontStaysAsMadeAcrossDpiChange();
 
     void addTabReturnsIndex();
     void nullTabIsRefused();
@@ -501,6 +503,42 @@ void TstBrowserTabBarEx::adjustForDpiRelayouts()
     DpiTool::SetScaleFactor(1.0);
     QCOMPARE(bar->height(), 40);
     QCOMPARE(bar->ButtonWidth(), 224);
+}
+
+void TstBrowserTabBarEx::titleFontStaysAsMadeAcrossDpiChange_data()
+{
+    QTest::addColumn<double>("madeAt");
+    QTest::addColumn<double>("changedTo");
+    QTest::addColumn<int>("pixelSize");
+    QTest::addColumn<int>("afterApplyFont");
+    QTest::newRow("1.0 then 1.5") << 1.0 << 1.5 << 12 << 18;
+    QTest::newRow("1.5 then 1.0") << 1.5 << 1.0 << 18 << 12;
+    QTest::newRow("1.0 then 2.0") << 1.0 << 2.0 << 12 << 24;
+}
+
+// The title's font is the one the button was made with; a DPI change lays the tab out
+// anew but does not scale the font again. Only ApplyFont() takes the new factor.
+void TstBrowserTabBarEx::titleFontStaysAsMadeAcrossDpiChange()
+{
+    QFETCH(double, madeAt);
+    QFETCH(double, changedTo);
+    QFETCH(int, pixelSize);
+    QFETCH(int, afterApplyFont);
+    DpiTool::SetScaleFactor(madeAt);
+    TestTabBarEx *bar = MakeBar(1000);
+    Fill(*bar, 3);
+    const auto titleOf = [bar](int i) {
+        return bar->TabButton(i)->findChild<QWidget *>(QStringLiteral("TabButtonTextEx"));
+    };
+    QVERIFY(titleOf(1));
+    QCOMPARE(titleOf(1)->font().pixelSize(), qRound(12 * madeAt));
+    DpiTool::SetScaleFactor(changedTo);
+    bar->AdjustForDpi();
+    for (int i = 1; i <= 3; ++i)
+        QCOMPARE(titleOf(i)->font().pixelSize(), pixelSize);
+    bar->TabButton(2)->ApplyFont();
+    QCOMPARE(titleOf(2)->font().pixelSize(), afterApplyFont);
+    QCOMPARE(titleOf(1)->font().pixelSize(), pixelSize);
 }
 
 void TstBrowserTabBarEx::addTabReturnsIndex()

@@ -55,6 +55,10 @@ private Q_SLOTS:
     void activationSpreadsLeftoverPixels();
     void closeRightmostSlidesByQuarterWidths_data();
     void closeRightmostSlidesByQuarterWidths();
+    void closeRightmostAfterEarlierClosesSlidesOneWidth_data();
+    void closeRightmostAfterEarlierClosesSlidesOneWidth();
+    void arrowsFollowWhereTheShortStripCanMove_data();
+    void arrowsFollowWhereTheShortStripCanMove();
     void closeRightmostSnapsAndEndsOverflow_data();
     void closeRightmostSnapsAndEndsOverflow();
     void closeRightmostWithoutOverflowRefits();
@@ -272,6 +276,94 @@ void TstBrowserTabBarExClosing::closeRightmostSlidesByQuarterWidths()
     QCOMPARE(m_bar->ScrollOffset(), MinOffset());
     QVERIFY(!m_bar->RightArrow()->isEnabled());
     QCOMPARE(m_bar->ScrollingWidths(), Repeat(width, 10));
+}
+
+void TstBrowserTabBarExClosing::closeRightmostAfterEarlierClosesSlidesOneWidth_data()
+{
+    QTest::addColumn<int>("earlierCloses");
+    for (int k = 0; k <= 4; ++k)
+        QTest::addRow("%d earlier close(s)", k) << k;
+}
+
+// Closing tabs in the middle at the scrolled end leaves the strip shorter than the
+// view (the widths stay frozen under the pointer). Closing the rightmost tab then
+// still slides the strip by exactly one width, in quarter-width ticks.
+void TstBrowserTabBarExClosing::closeRightmostAfterEarlierClosesSlidesOneWidth()
+{
+    QFETCH(int, earlierCloses);
+    MakeBar(1.0, 1000, 16);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    m_bar->setCurrentIndex(16);
+    QVERIFY(QMetaObject::invokeMethod(m_bar, "SlotRightArrowDoubleClicked"));
+    QTRY_COMPARE(m_bar->ScrollOffset(), MinOffset());
+    const int start = MinOffset();
+    QCOMPARE(start, 918 - 16 * 96);
+
+    for (int i = 0; i < earlierCloses; ++i)
+        CloseByButton(12);
+    QCOMPARE(m_bar->count(), 17 - earlierCloses);
+    QCOMPARE(m_bar->ScrollOffset(), start);
+    QCOMPARE(MinOffset(), start + earlierCloses * 96);
+
+    MoveRecorder recorder(m_bar->Content());
+    CloseByButton(m_bar->count() - 1);
+    QTRY_VERIFY(!m_bar->IsAnimating());
+    QCOMPARE(recorder.xs, QList<int>({start + 24, start + 48, start + 72, start + 96}));
+    QCOMPARE(m_bar->ScrollOffset(), start + 96);
+    QCOMPARE(m_bar->ScrollingWidths(), Repeat(96, 15 - earlierCloses));
+}
+
+void TstBrowserTabBarExClosing::arrowsFollowWhereTheShortStripCanMove_data()
+{
+    QTest::addColumn<QByteArray>("action");
+    QTest::addColumn<bool>("moves");
+    QTest::newRow("right arrow click") << QByteArray("SlotRightArrowClicked") << false;
+    QTest::newRow("right arrow double click") << QByteArray("SlotRightArrowDoubleClicked") << false;
+    QTest::newRow("right arrow held") << QByteArray("SlotRightArrowPressed") << false;
+    QTest::newRow("wheel towards the end") << QByteArray("wheel down") << false;
+    QTest::newRow("left arrow click") << QByteArray("SlotLeftArrowClicked") << true;
+    QTest::newRow("wheel towards the start") << QByteArray("wheel up") << true;
+}
+
+// After closes in the middle at the scrolled end, the offset lies past the end of the
+// shorter strip: the right arrow is off (nothing further right to show) and every way
+// of scrolling towards the end leaves the strip where it is. A step towards the start
+// (96 here) is not enough to get back inside the strip's range, so it lands with the
+// strip's end flush with the view's.
+void TstBrowserTabBarExClosing::arrowsFollowWhereTheShortStripCanMove()
+{
+    QFETCH(QByteArray, action);
+    QFETCH(bool, moves);
+    MakeBar(1.0, 1000, 16);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    QVERIFY(QMetaObject::invokeMethod(m_bar, "SlotRightArrowDoubleClicked"));
+    QTRY_COMPARE(m_bar->ScrollOffset(), MinOffset());
+    const int start = m_bar->ScrollOffset();
+    CloseByButton(12);
+    CloseByButton(12);
+    QVERIFY(m_bar->ScrollOffset() < MinOffset());
+    QVERIFY(!m_bar->RightArrow()->isEnabled());
+    QVERIFY(m_bar->RightShadow()->isHidden());
+    QVERIFY(m_bar->LeftArrow()->isEnabled());
+    QVERIFY(!m_bar->LeftShadow()->isHidden());
+
+    if (action.startsWith("wheel")) {
+        const QPoint angle(0, action.endsWith("up") ? 120 : -120);
+        const QPointF pos(m_bar->width() / 2.0, 10);
+        QWheelEvent event(pos, QPointF(m_bar->mapToGlobal(pos.toPoint())), QPoint(), angle, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(m_bar, &event);
+    } else {
+        QVERIFY(QMetaObject::invokeMethod(m_bar, action.constData()));
+    }
+    QCOMPARE(m_bar->IsAnimating(), moves);
+    QTRY_VERIFY(!m_bar->IsAnimating());
+    QCOMPARE(m_bar->ScrollOffset(), moves ? start + 2 * 96 : start);
+    QCOMPARE(m_bar->ScrollOffset() == MinOffset(), moves);
+    // Still closing: the widths stay as they were.
+    QCOMPARE(m_bar->ScrollingWidths(), Repeat(96, 14));
 }
 
 void TstBrowserTabBarExClosing::closeRightmostSnapsAndEndsOverflow_data()
