@@ -282,6 +282,11 @@ void BrowserTabBarExPrivate::ComputeButtonWidth(int available)
 void BrowserTabBarExPrivate::ResizeButtons()
 {
     Q_Q(BrowserTabBarEx);
+    // A full layout places the strip itself: the slide after a close has no more to do.
+    if (slideAfterClose) {
+        slideAfterClose = false;
+        arrowTimer->stop();
+    }
     if (buttons.isEmpty())
         return;
 
@@ -379,6 +384,7 @@ void BrowserTabBarExPrivate::ResizeLastButtons()
     animationTarget = scrollOffset + buttonWidth;
     // Four ticks of 20 ms: quick enough to be under the pointer before the next click.
     animationStep = buttonWidth / 4;
+    slideAfterClose = true;
     arrowTimer->start();
 }
 
@@ -704,11 +710,7 @@ void BrowserTabBarExPrivate::UpdateArrowState()
 
 void BrowserTabBarExPrivate::CheckAreaOffset()
 {
-    const int minOffset = MinOffset();
-    scrollOffset = qMin(qMax(scrollOffset, minOffset), 0);
-    // A running scroll must not carry on past the end of a strip that just got shorter.
-    if (arrowTimer->isActive())
-        animationTarget = qMin(qMax(animationTarget, minOffset), 0);
+    scrollOffset = qMin(qMax(scrollOffset, MinOffset()), 0);
     TabGeometry::Move(contentStrip, QPoint(scrollOffset, 0));
     UpdateArrowState();
 }
@@ -719,15 +721,19 @@ void BrowserTabBarExPrivate::StartArrowTimer()
     if (animationTarget == scrollOffset)
         return;
     animationStart = scrollOffset;
+    slideAfterClose = false;
     arrowTimer->start();
 }
 
 void BrowserTabBarEx::SlotArrowTimeout()
 {
     Q_D(BrowserTabBarEx);
-    // The target is not clamped here: the slide after closing the rightmost tab must
-    // cover exactly one width even when earlier closes left the strip short of the
-    // view. A step below 1 would never arrive.
+    // The strip may have changed since the scroll began (tabs removed, the bar
+    // widened): never run past what is now the end. Except for the slide after closing
+    // the rightmost tab, which covers exactly one width even when earlier closes left
+    // the strip short of the view. A step below 1 would never arrive.
+    if (!d->slideAfterClose)
+        d->animationTarget = qMin(qMax(d->animationTarget, d->MinOffset()), 0);
     const int step = qMax(1, d->animationStep);
     bool done;
     if (d->animationStart <= d->animationTarget) {

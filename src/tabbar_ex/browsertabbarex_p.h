@@ -29,6 +29,7 @@ public:
     int animationStart = 0;
     int animationTarget = 0;
     int animationStep = 0;
+    bool slideAfterClose = false; // the running scroll is ResizeLastButtons' slide
     // 20 ms, repeating: the animated scroll. A child of the bar named
     // "TabBarArrowTimerEx", stopped by the bar's destructor.
     QTimer *arrowTimer = nullptr;

@@ -7,6 +7,7 @@
 #include "kelmenu.h"
 #include "tablookup_p.h"
 #include "tableavewatcher_p.h"
+#include "tabmenuwatcher_p.h"
 #include "tabmoveproxy.h"
 #include "tabpointer_p.h"
 
@@ -18,6 +19,7 @@ namespace {
 
 constexpr int kDelayIntervalMs = 200;
 constexpr int kButtonHeight = 32;
+constexpr int kResyncRetryMs = 25;
 
 } // namespace
 
@@ -143,9 +145,13 @@ void BrowserTabBarBasePrivate::CancelDrag()
     // The release that follows (the proxy hides itself) drops the tab into its old slot.
 }
 
-void BrowserTabBarBasePrivate::ResyncPointer()
+void BrowserTabBarBasePrivate::ResyncPointer(int attempts)
 {
-    TabPointer::Resync(q_func());
+    Q_Q(BrowserTabBarBase);
+    if (TabPointer::Resync(q) || attempts <= 0)
+        return;
+    // Until the button is up or the popup gone; a second at most, for a button held on.
+    QTimer::singleShot(kResyncRetryMs, q, [this, attempts] { ResyncPointer(attempts - 1); });
 }
 
 void BrowserTabBarBasePrivate::RunMenu(BrowserTabButtonBase *button, QPoint globalPos)
@@ -164,6 +170,7 @@ void BrowserTabBarBasePrivate::RunMenu(BrowserTabButtonBase *button, QPoint glob
         menuIndex = index;
         menuPressSerial = BrowserTabButtonBasePrivate::pressSerial;
         PrepareMenu(button->GetTabData());
+        menuGuard->setAttribute(Qt::WA_NoMouseReplay, false);
         menuGuard->exec(globalPos);
         if (!self)
             break;
@@ -193,6 +200,21 @@ void BrowserTabBarBasePrivate::RunMenu(BrowserTabButtonBase *button, QPoint glob
     // A command may have changed the tabs, or the pointer may have left the bar.
     Relayout();
     ResyncPointer();
+}
+
+bool BrowserTabBarBasePrivate::OpenMenuNext(QWidget *widget, const QPoint &globalPos)
+{
+    for (QWidget *w = widget; w; w = w->parentWidget()) {
+        auto *button = qobject_cast<BrowserTabButtonBase *>(w);
+        if (!button)
+            continue;
+        if (!buttons.contains(button))
+            return false;
+        pendingMenuButton = button;
+        pendingMenuPos = globalPos;
+        return true;
+    }
+    return false;
 }
 
 // ---------------------------------------------------------------------------
@@ -264,6 +286,11 @@ void BrowserTabBarBase::InitMenu()
     d->menu = new KelMenu(this);
     d->menu->setObjectName(QStringLiteral("BrowserTabBarMenu"));
     d->BuildMenu(d->menu);
+    auto *watcher = new TabMenuWatcher(d->menu);
+    connect(watcher, &TabMenuWatcher::SigRightPressElsewhere, this,
+            [d](QWidget *widget, const QPoint &globalPos, bool *taken) {
+                *taken = d->OpenMenuNext(widget, globalPos);
+            });
     if (IsShowRecoveryItem()) {
         auto *recover = new QAction(tr("Recover recently closed tabs"), this);
         connect(recover, &QAction::triggered, this, &BrowserTabBarBase::SlotRecoverRecentlyTab);
@@ -583,7 +610,8 @@ void BrowserTabBarBase::SlotMenuClicked(TabDataPtr tab)
         // A tab right-clicked while the menu ran (the window system hands the click over
         // once the menu has let go of the mouse): its menu comes next. A request from
         // code, a command's for instance, does not enter the running menu again.
-        if (rightClicked) {
+        // A press replayed once the menu closed for this very tab is already answered.
+        if (rightClicked && button != d->menuButton) {
             d->pendingMenuButton = button;
             d->pendingMenuPos = globalPos;
             d->menu->hide();

@@ -110,6 +110,11 @@ public:
     int MenuTabIndex();
     /** Shows the menu for @p button at @p globalPos, and then any menu asked for meanwhile. */
     void RunMenu(BrowserTabButtonBase *button, QPoint globalPos);
+    /**
+     * A right press on @p widget at @p globalPos while the menu runs: when it is one of
+     * this strip's tabs, that tab's menu is to open next. Returns whether it is.
+     */
+    bool OpenMenuNext(QWidget *widget, const QPoint &globalPos);
     /** The pointer may have left the bar: starts the end of closing mode when it has. */
     void PointerMayHaveLeft();
     /** Ends closing mode now: every tab takes its normal width again. */
@@ -120,8 +125,11 @@ public:
     void CancelDrag();
     /** Moves the list entry @p from to @p to; the current tab stays the same tab. */
     void MoveEntry(int from, int to);
-    /** Brings hover and Qt's record of what is under the pointer up to date. */
-    void ResyncPointer();
+    /**
+     * Brings hover and Qt's record of what is under the pointer up to date; while a
+     * button is held or a popup open, tries again every 25 ms, @p attempts times.
+     */
+    void ResyncPointer(int attempts = 40);
 
     // --- what each strip supplies ---------------------------------------------------
 

@@ -73,18 +73,21 @@ bool IsOver(const QWidget *widget)
     return widget->rect().contains(widget->mapFromGlobal(global));
 }
 
-void Resync(QWidget *strip)
+bool Resync(QWidget *strip)
 {
-    if (!strip || !strip->isVisible() || QApplication::activePopupWidget()
-        || QGuiApplication::mouseButtons() != Qt::NoButton)
-        return;
+    if (!strip || !strip->isVisible())
+        return true;
+    // A popup holds the pointer, or a button is still down (the press that closed a
+    // menu, say): a made-up motion now would cross Qt's own bookkeeping. Later.
+    if (QApplication::activePopupWidget() || QGuiApplication::mouseButtons() != Qt::NoButton)
+        return false;
     QPoint global;
     if (!GlobalPos(&global))
-        return;
+        return true;
     QWidget *window = strip->window();
     QWindow *handle = window->windowHandle();
     if (!handle)
-        return;
+        return true;
 
     // The chain of the strip's widgets under the pointer, outermost first; empty when
     // the pointer is elsewhere (also when another window covers the strip there).
@@ -98,7 +101,7 @@ void Resync(QWidget *strip)
         }
     }
     if (path.isEmpty() && !strip->testAttribute(Qt::WA_UnderMouse))
-        return; // the pointer is elsewhere and nothing of ours thinks otherwise
+        return true; // the pointer is elsewhere and nothing of ours thinks otherwise
 
     const QPointer<QWidget> guard(strip);
     if (!path.isEmpty()) {
@@ -109,7 +112,7 @@ void Resync(QWidget *strip)
                          QGuiApplication::keyboardModifiers());
         QCoreApplication::sendEvent(handle, &move);
         if (!guard)
-            return;
+            return true;
     }
 
     // What Qt could not tell: widgets that still count as hovered though the pointer
@@ -128,6 +131,7 @@ void Resync(QWidget *strip)
         if (widget && !widget->testAttribute(Qt::WA_UnderMouse))
             SendEnter(widget, global);
     }
+    return true;
 }
 
 } // namespace TabPointer

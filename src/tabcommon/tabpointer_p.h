@@ -31,8 +31,9 @@ bool IsOver(const QWidget *widget);
  * moved widgets beneath it or a popup that held the mouse has closed. Widgets of the
  * strip that counted as hovered but no longer lie under the pointer get their Leave,
  * those that now lie under it their Enter, as if the pointer had just moved there.
- * Does nothing while a popup holds the mouse or a button is down.
+ * Does nothing and returns false while a popup holds the mouse or a button is down:
+ * the caller tries again later. Otherwise returns true.
  */
-void Resync(QWidget *strip);
+bool Resync(QWidget *strip);
 
 } // namespace TabPointer

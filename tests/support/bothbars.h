@@ -1,0 +1,75 @@
+#pragma once
+
+// For tests that hold for both tab strips: they are written once against
+// BrowserTabBarBase and run, row by row, on the classic bar and on the scrolling bar.
+// A data-driven test adds its rows through BothBars::ForEachBar() and makes its bar
+// with BothBars::Make().
+
+#include "browsertabbar.h"
+#include "browsertabbarbase.h"
+#include "browsertabbarex.h"
+#include "browsertabbuttonbase.h"
+#include "tabdata.h"
+
+#include <QtTest>
+
+#include <functional>
+
+namespace BothBars {
+
+enum class Kind { Classic, Scrolling };
+
+inline const char *Name(Kind kind)
+{
+    return kind == Kind::Classic ? "classic" : "scrolling";
+}
+
+inline BrowserTabBarBase *Make(Kind kind, QWidget *parent = nullptr)
+{
+    if (kind == Kind::Classic)
+        return new BrowserTabBar(parent);
+    return new BrowserTabBarEx(parent);
+}
+
+inline TabDataPtr WebTab(const QString &title)
+{
+    TabDataPtr tab(new TabData);
+    tab->SetTabType(TabData::TabTypeWeb);
+    tab->SetTitle(title);
+    tab->SetData(tab->GetId());
+    return tab;
+}
+
+/** Adds @p count web tabs titled "t0", "t1", ... and returns their records. */
+inline QList<TabDataPtr> Fill(BrowserTabBarBase &bar, int count)
+{
+    QList<TabDataPtr> tabs;
+    for (int i = 0; i < count; ++i) {
+        tabs << WebTab(QStringLiteral("t%1").arg(i));
+        bar.addTab(tabs.last());
+    }
+    return tabs;
+}
+
+inline QStringList Titles(const BrowserTabBarBase &bar)
+{
+    QStringList titles;
+    for (int i = 0; i < bar.count(); ++i)
+        titles << bar.GetTabData(i)->GetTitle();
+    return titles;
+}
+
+/**
+ * Calls @p addRows once per bar with a row-name prefix ("classic: ", "scrolling: ")
+ * and the bar's kind; rows are added as QTest::addRow("%sname", prefix). The test
+ * declares its columns first, "bar" (a Kind) among them.
+ */
+inline void ForEachBar(const std::function<void(const char *prefix, Kind kind)> &addRows)
+{
+    addRows("classic: ", Kind::Classic);
+    addRows("scrolling: ", Kind::Scrolling);
+}
+
+} // namespace BothBars
+
+Q_DECLARE_METATYPE(BothBars::Kind)
