@@ -1,0 +1,231 @@
+// What both tab strips do alike, through BrowserTabBarBase, the type a host holds
+// either of them by: every row runs on the classic bar and on the scrolling bar.
+
+#include "bothbars.h"
+#include "keltabtest.h"
+
+#include "dpitool.h"
+
+#include <functional>
+#include <memory>
+
+using BothBars::Kind;
+
+using Call = std::function<void(BrowserTabBarBase &)>;
+Q_DECLARE_METATYPE(Call)
+
+class TstBrowserTabBarBase : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void outOfRangeCallsAreIgnored_data();
+    void outOfRangeCallsAreIgnored();
+    void negativeCurrentIndexIsKept_data();
+    void negativeCurrentIndexIsKept();
+    void insertTabPlacesAnyIndexInRange_data();
+    void insertTabPlacesAnyIndexInRange();
+    void lookupsOutOfRangeAnswerEmpty_data();
+    void lookupsOutOfRangeAnswerEmpty();
+    void moveTabKeepsTheCurrentTab_data();
+    void moveTabKeepsTheCurrentTab();
+
+private:
+    std::unique_ptr<BrowserTabBarBase> MakeBar(Kind kind, int tabs);
+};
+
+void TstBrowserTabBarBase::initTestCase()
+{
+    DpiTool::SetScaleFactor(1.0);
+}
+
+std::unique_ptr<BrowserTabBarBase> TstBrowserTabBarBase::MakeBar(Kind kind, int tabs)
+{
+    std::unique_ptr<BrowserTabBarBase> bar(BothBars::Make(kind));
+    bar->resize(900, 40);
+    BothBars::Fill(*bar, tabs);
+    return bar;
+}
+
+void TstBrowserTabBarBase::outOfRangeCallsAreIgnored_data()
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<Call>("call");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) {
+        const QString text = QStringLiteral("changed");
+        const QString icon = QStringLiteral("file:///nowhere/icon.png");
+        QTest::addRow("%ssetCurrentIndex(count)", prefix) << kind << Call([](BrowserTabBarBase &b) { b.setCurrentIndex(b.count()); });
+        QTest::addRow("%ssetCurrentIndex(count + 5)", prefix) << kind << Call([](BrowserTabBarBase &b) { b.setCurrentIndex(b.count() + 5); });
+        QTest::addRow("%ssetCurrentIndex(current)", prefix) << kind << Call([](BrowserTabBarBase &b) { b.setCurrentIndex(b.currentIndex()); });
+        QTest::addRow("%sremoveTab(count)", prefix) << kind << Call([](BrowserTabBarBase &b) { b.removeTab(b.count()); });
+        QTest::addRow("%sremoveTab(-1)", prefix) << kind << Call([](BrowserTabBarBase &b) { b.removeTab(-1); });
+        QTest::addRow("%sremoveTab(INT_MIN)", prefix) << kind << Call([](BrowserTabBarBase &b) { b.removeTab(INT_MIN); });
+        QTest::addRow("%ssetTabText(-1)", prefix) << kind << Call([text](BrowserTabBarBase &b) { b.setTabText(-1, text); });
+        QTest::addRow("%ssetTabText(count)", prefix) << kind << Call([text](BrowserTabBarBase &b) { b.setTabText(b.count(), text); });
+        QTest::addRow("%ssetTabIcon(-1)", prefix) << kind << Call([icon](BrowserTabBarBase &b) { b.setTabIcon(-1, icon); });
+        QTest::addRow("%ssetTabIcon(count)", prefix) << kind << Call([icon](BrowserTabBarBase &b) { b.setTabIcon(b.count(), icon); });
+        QTest::addRow("%sLoadStart(-1)", prefix) << kind << Call([](BrowserTabBarBase &b) { b.LoadStart(-1); });
+        QTest::addRow("%sLoadFinished(count)", prefix) << kind << Call([](BrowserTabBarBase &b) { b.LoadFinished(b.count()); });
+        QTest::addRow("%smoveTab(-1, 0)", prefix) << kind << Call([](BrowserTabBarBase &b) { b.moveTab(-1, 0); });
+        QTest::addRow("%smoveTab(0, count)", prefix) << kind << Call([](BrowserTabBarBase &b) { b.moveTab(0, b.count()); });
+        QTest::addRow("%smoveTab(1, 1)", prefix) << kind << Call([](BrowserTabBarBase &b) { b.moveTab(1, 1); });
+        QTest::addRow("%sTabButton(count)", prefix) << kind << Call([](BrowserTabBarBase &b) { QVERIFY(!b.TabButton(b.count())); });
+        QTest::addRow("%stabRect(-1)", prefix) << kind << Call([](BrowserTabBarBase &b) { QVERIFY(b.tabRect(-1).isNull()); });
+    });
+}
+
+// Nothing changes and nothing is emitted.
+void TstBrowserTabBarBase::outOfRangeCallsAreIgnored()
+{
+    QFETCH(Kind, bar);
+    QFETCH(Call, call);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 4);
+    b->setCurrentIndex(1);
+    const QStringList titles = BothBars::Titles(*b);
+    QSignalSpy current(b.get(), &BrowserTabBarBase::currentChanged);
+    QSignalSpy close(b.get(), &BrowserTabBarBase::tabCloseRequested);
+    call(*b);
+    QCOMPARE(BothBars::Titles(*b), titles);
+    QCOMPARE(b->count(), 4);
+    QCOMPARE(b->currentIndex(), 1);
+    QVERIFY(b->TabButton(1)->IsChecked());
+    QCOMPARE(current.count(), 0);
+    QCOMPARE(close.count(), 0);
+    for (int i = 0; i < b->count(); ++i)
+        QVERIFY(!b->TabButton(i)->IsLoading());
+}
+
+void TstBrowserTabBarBase::negativeCurrentIndexIsKept_data()
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<int>("index");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) {
+        QTest::addRow("%s-1", prefix) << kind << -1;
+        QTest::addRow("%s-5", prefix) << kind << -5;
+        QTest::addRow("%sINT_MIN", prefix) << kind << INT_MIN;
+    });
+}
+
+// No lower bound, deliberately: the index is kept as given, no tab is current, and
+// the change is told like any other.
+void TstBrowserTabBarBase::negativeCurrentIndexIsKept()
+{
+    QFETCH(Kind, bar);
+    QFETCH(int, index);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 3);
+    b->setCurrentIndex(2);
+    QSignalSpy current(b.get(), &BrowserTabBarBase::currentChanged);
+    b->setCurrentIndex(index);
+    QCOMPARE(b->currentIndex(), index);
+    QCOMPARE(b->GetCurrentIndex(), index);
+    QCOMPARE(current.count(), 1);
+    QCOMPARE(current.at(0).at(0).toInt(), index);
+    for (int i = 0; i < b->count(); ++i)
+        QVERIFY(!b->TabButton(i)->IsChecked());
+    QVERIFY(!b->GetCurrentTabData());
+    QVERIFY(b->CurrentIconUrl().isEmpty());
+    QVERIFY(b->CurrentIconLocalPath().isEmpty());
+    // The same index again changes nothing.
+    b->setCurrentIndex(index);
+    QCOMPARE(current.count(), 1);
+    // Tabs added and removed meanwhile leave it as it is.
+    BothBars::Fill(*b, 1);
+    b->removeTab(0);
+    QCOMPARE(b->currentIndex(), index);
+    QCOMPARE(current.count(), 1);
+}
+
+void TstBrowserTabBarBase::insertTabPlacesAnyIndexInRange_data()
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<int>("index");
+    QTest::addColumn<int>("placed");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) {
+        QTest::addRow("%s-3 goes first", prefix) << kind << -3 << 0;
+        QTest::addRow("%s0", prefix) << kind << 0 << 0;
+        QTest::addRow("%s2", prefix) << kind << 2 << 2;
+        QTest::addRow("%scount goes last", prefix) << kind << 3 << 3;
+        QTest::addRow("%s100 goes last", prefix) << kind << 100 << 3;
+    });
+}
+
+void TstBrowserTabBarBase::insertTabPlacesAnyIndexInRange()
+{
+    QFETCH(Kind, bar);
+    QFETCH(int, index);
+    QFETCH(int, placed);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 3);
+    b->setCurrentIndex(1);
+    const TabDataPtr current = b->GetCurrentTabData();
+    QSignalSpy changed(b.get(), &BrowserTabBarBase::currentChanged);
+    const TabDataPtr tab = BothBars::WebTab(QStringLiteral("new"));
+    QCOMPARE(b->insertTab(index, tab), placed);
+    QCOMPARE(b->count(), 4);
+    QCOMPARE(b->GetTabData(placed), tab);
+    // The current tab stays the same tab, its index following it, without a signal.
+    QCOMPARE(b->GetCurrentTabData(), current);
+    QCOMPARE(b->currentIndex(), placed <= 1 ? 2 : 1);
+    QCOMPARE(changed.count(), 0);
+}
+
+void TstBrowserTabBarBase::lookupsOutOfRangeAnswerEmpty_data()
+{
+    QTest::addColumn<Kind>("bar");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%sthree tabs", prefix) << kind; });
+}
+
+void TstBrowserTabBarBase::lookupsOutOfRangeAnswerEmpty()
+{
+    QFETCH(Kind, bar);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 3);
+    QVERIFY(!b->GetTabData(-1));
+    QVERIFY(!b->GetTabData(3));
+    QCOMPARE(b->GetIndexByTabData(TabDataPtr()), -1);
+    QCOMPARE(b->GetIndexByTabData(BothBars::WebTab(QStringLiteral("t1"))), -1);
+    QCOMPARE(b->GetIndexByName(QStringLiteral("nope")), -1);
+    QCOMPARE(b->GetIndexByTabId(QStringLiteral("nope")), -1);
+    QCOMPARE(b->GetIndexByName(QStringLiteral("t2")), 2);
+    QCOMPARE(b->GetIndexByTabId(b->GetTabData(1)->GetId()), 1);
+    QCOMPARE(b->currentIndex(), -1);
+    QVERIFY(!b->GetCurrentTabData());
+}
+
+void TstBrowserTabBarBase::moveTabKeepsTheCurrentTab_data()
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<int>("from");
+    QTest::addColumn<int>("to");
+    QTest::addColumn<QStringList>("titles");
+    QTest::addColumn<int>("current");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) {
+        QTest::addRow("%scurrent to the end", prefix) << kind << 1 << 3 << QStringList({"t0", "t2", "t3", "t1"}) << 3;
+        QTest::addRow("%sanother across the current", prefix) << kind << 3 << 0 << QStringList({"t3", "t0", "t1", "t2"}) << 2;
+        QTest::addRow("%sanother beside it", prefix) << kind << 2 << 3 << QStringList({"t0", "t1", "t3", "t2"}) << 1;
+    });
+}
+
+void TstBrowserTabBarBase::moveTabKeepsTheCurrentTab()
+{
+    QFETCH(Kind, bar);
+    QFETCH(int, from);
+    QFETCH(int, to);
+    QFETCH(QStringList, titles);
+    QFETCH(int, current);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 4);
+    b->setCurrentIndex(1);
+    QSignalSpy changed(b.get(), &BrowserTabBarBase::currentChanged);
+    b->moveTab(from, to);
+    QCOMPARE(BothBars::Titles(*b), titles);
+    QCOMPARE(b->currentIndex(), current);
+    QCOMPARE(b->GetCurrentTabData()->GetTitle(), QStringLiteral("t1"));
+    QVERIFY(b->TabButton(current)->IsChecked());
+    QCOMPARE(changed.count(), 0);
+    // Buttons in list order, left to right.
+    for (int i = 1; i < b->count(); ++i)
+        QVERIFY(b->tabRect(i - 1).left() < b->tabRect(i).left());
+}
+
+KELTAB_TEST_MAIN(TstBrowserTabBarBase)
+#include "tst_browsertabbarbase.moc"
