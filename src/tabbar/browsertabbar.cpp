@@ -365,6 +365,10 @@ void BrowserTabBarPrivate::DragTo(const QPoint &globalPos)
     button->move(x, pressOffset.y());
 
     SortButtons();
+    // Dragged to the start, the tab passes beneath the fixed tabs, which stay in sight.
+    const int fixedCount = qMin(FixedCount(), int(buttons.size()));
+    for (int i = 0; i < fixedCount; ++i)
+        buttons.at(i)->raise();
     q->TabButtonMoved();
 }
 

@@ -165,6 +165,46 @@ void BrowserTabBarExPrivate::Relayout()
     ResizeButtons();
 }
 
+// Narrowing the window must not push the tab the user is on out of sight: when it was
+// in view, it stays in view.
+void BrowserTabBarExPrivate::Resized()
+{
+    const bool currentShown = overflow && IsInView(currentIndex);
+    Relayout();
+    if (currentShown && !IsInView(currentIndex) && !arrowTimer->isActive())
+        BringIntoView(currentIndex);
+}
+
+bool BrowserTabBarExPrivate::IsInView(int index) const
+{
+    if (index < FixedCount() || index >= buttons.size())
+        return false;
+    const BrowserTabButtonBase *button = buttons.at(index);
+    if (button->parentWidget() != contentStrip)
+        return false;
+    const int left = button->x() + scrollOffset;
+    return left >= 0 && left + button->width() <= viewport->width();
+}
+
+void BrowserTabBarExPrivate::BringIntoView(int index)
+{
+    if (!overflow || index < FixedCount() || index >= buttons.size())
+        return;
+    const BrowserTabButtonBase *button = buttons.at(index);
+    if (button->parentWidget() != contentStrip)
+        return;
+    const int left = button->x() + scrollOffset;
+    const int right = left + button->width();
+    if (left < 0)
+        scrollOffset -= left;
+    else if (right > viewport->width())
+        scrollOffset -= right - viewport->width();
+    else
+        return;
+    CheckAreaOffset();
+    UpdateButtonForms();
+}
+
 void BrowserTabBarExPrivate::LayoutAfterRemoval()
 {
     if (!closing) {
@@ -501,6 +541,9 @@ void BrowserTabBarExPrivate::SetContentWidth()
     const int arrowPart = ArrowPartWidth();
     const int shadow = S(kShadowWidth);
     const int frameWidth = arrowPart + shadow;
+    // Too narrow for both arrows side by side: rather than lay them on one another,
+    // the strip keeps its layout and shows no arrows until the bar widens again.
+    const bool arrowsFit = w - fixedTotal >= 2 * arrowPart + shadow;
     // The viewport ends exactly where the right arrow frame begins; the left arrow
     // frame reaches a shadow's width into it, so that its shadow falls on the tabs.
     TabGeometry::SetFixedSize(viewport, QSize(w - 2 * arrowPart - shadow - fixedTotal, h));
@@ -510,10 +553,10 @@ void BrowserTabBarExPrivate::SetContentWidth()
 
     TabGeometry::SetFixedSize(leftArrowFrame, QSize(frameWidth, h));
     TabGeometry::Move(leftArrowFrame, QPoint(fixedTotal, 0));
-    leftArrowFrame->show();
+    leftArrowFrame->setVisible(arrowsFit);
     TabGeometry::SetFixedSize(rightArrowFrame, QSize(frameWidth, h));
     TabGeometry::Move(rightArrowFrame, QPoint(w - frameWidth, 0));
-    rightArrowFrame->show();
+    rightArrowFrame->setVisible(arrowsFit);
 
     const QSize arrowSize(S(kArrowSize), S(kArrowSize));
     TabGeometry::SetFixedSize(leftArrow, arrowSize);
@@ -623,6 +666,8 @@ void BrowserTabBarExPrivate::EndPress(BrowserTabButtonBase *button)
     button->show();
     ResetButtons();
     button->SetReleased();
+    // Dropped while the strip scrolled under it, the tab may lie half under an arrow.
+    BringIntoView(buttons.indexOf(button));
 }
 
 void BrowserTabBarExPrivate::DragAbandoned()

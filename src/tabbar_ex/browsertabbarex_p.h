@@ -89,6 +89,11 @@ public:
 
     BrowserTabButtonBase *CreateButton(const TabDataPtr &tab, const QString &iconPath, bool loading) override;
     void Relayout() override;
+    void Resized() override;
+    /** Whether the scrolling tab at @p index lies wholly inside the viewport. */
+    bool IsInView(int index) const;
+    /** Scrolls at once, without animation, just far enough to show the tab at @p index whole. */
+    void BringIntoView(int index);
     void LayoutAfterRemoval() override;
     void CurrentTabChanged(int previous) override;
     void LayoutAfterMove() override;

@@ -727,7 +727,7 @@ void BrowserTabBarBase::resizeEvent(QResizeEvent *event)
     Q_D(BrowserTabBarBase);
     QFrame::resizeEvent(event);
     // Also in closing mode: a new size is laid out at once, the mode stays on.
-    d->Relayout();
+    d->Resized();
 }
 
 // ---------------------------------------------------------------------------

@@ -137,6 +137,8 @@ public:
     virtual BrowserTabButtonBase *CreateButton(const TabDataPtr &tab, const QString &iconPath, bool loading) = 0;
     /** A full relayout: widths, places, frames (ResizeButtons). */
     virtual void Relayout() = 0;
+    /** The bar's size changed: by default a full relayout. */
+    virtual void Resized() { Relayout(); }
     /** After a tab was taken out of the list: lays the rest out, in or out of closing mode. */
     virtual void LayoutAfterRemoval() = 0;
     /** After the current tab changed from @p previous: stacking and layout. */

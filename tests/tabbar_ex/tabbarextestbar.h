@@ -38,8 +38,11 @@ public:
     }
     /** The content strip's x inside the viewport: 0 or negative. */
     int ScrollOffset() const { return Content()->x(); }
-    /** True when the arrows are shown: the scrolling tabs do not fit. */
-    bool IsOverflow() const { return LeftArrowFrame()->isVisibleTo(this); }
+    /**
+     * True when the scrolling tabs do not fit: the viewport then leaves room for the left
+     * arrow after the fixed tabs (the arrows themselves show once there is room for both).
+     */
+    bool IsOverflow() const { return Viewport()->x() > FixedArea()->width(); }
     /** True while the strip scrolls by itself, a step every 20 ms. */
     bool IsAnimating() const { return ArrowTimer()->isActive(); }
     QTimer *ArrowTimer() const { return findChild<QTimer *>(QStringLiteral("TabBarArrowTimerEx")); }

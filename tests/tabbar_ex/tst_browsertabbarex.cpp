@@ -450,9 +450,9 @@ void TstBrowserTabBarEx::noFixedTabsDoesNotDivideByZero()
 void TstBrowserTabBarEx::emptyBarKeepsItsFrames()
 {
     // Every tab scrolls, and even one does not fit: the last layout is in overflow.
-    TestTabBarEx *bar = MakeBar(50);
+    TestTabBarEx *bar = MakeBar(90);
     bar->fixedCount = 0;
-    bar->resize(BarWidthFor(50, 0), bar->height());
+    bar->resize(BarWidthFor(90, 0), bar->height());
     m_window->show();
     bar->addTab(Web(QStringLiteral("a")));
     bar->addTab(Web(QStringLiteral("b")));
@@ -465,7 +465,7 @@ void TstBrowserTabBarEx::emptyBarKeepsItsFrames()
     bar->removeTab(0);
     QCOMPARE(bar->count(), 0);
     bar->resize(bar->width() + 300, bar->height());
-    QCOMPARE(bar->width(), BarWidthFor(50, 0) + 300);
+    QCOMPARE(bar->width(), BarWidthFor(90, 0) + 300);
     QCOMPARE(bar->Viewport()->geometry(), viewport);
     QCOMPARE(bar->Content()->geometry(), content);
     QCOMPARE(bar->RightArrowFrame()->geometry(), rightFrame);

@@ -51,6 +51,8 @@ private Q_SLOTS:
     void removingTabsDuringAnimationDoesNotOvershoot();
     void removingTabsClampsOffset();
     void leavingOverflowResetsOffset();
+    void narrowingKeepsTheCurrentTabInView_data();
+    void narrowingKeepsTheCurrentTabInView();
     void barDeletedWhileAnimating();
     void barDeletedWhileArrowHeld();
 
@@ -460,6 +462,51 @@ void TstBrowserTabBarExScroll::leavingOverflowResetsOffset()
     QCOMPARE(m_bar->Content()->x(), 0);
     QVERIFY(m_bar->LeftArrowFrame()->isHidden());
     QVERIFY(m_bar->RightArrowFrame()->isHidden());
+}
+
+void TstBrowserTabBarExScroll::narrowingKeepsTheCurrentTabInView_data()
+{
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<int>("current");
+    QTest::addColumn<int>("narrowBy");
+    QTest::addColumn<bool>("follows"); // whether the strip scrolls to keep it in view
+    // 1.0: tabs of 96 in a viewport of 918; tab 9 (list index 9) ends at 864.
+    QTest::newRow("1.0, at the right edge, 100 narrower") << 1.0 << 9 << 100 << true;
+    QTest::newRow("1.0, at the right edge, 500 narrower") << 1.0 << 9 << 500 << true;
+    QTest::newRow("1.0, first tab, 500 narrower") << 1.0 << 1 << 500 << false;
+    QTest::newRow("1.5, at the right edge, 150 narrower") << 1.5 << 9 << 150 << true;
+    // Out of view already: the strip stays where the user scrolled it.
+    QTest::newRow("1.0, out of view") << 1.0 << 15 << 100 << false;
+}
+
+void TstBrowserTabBarExScroll::narrowingKeepsTheCurrentTabInView()
+{
+    QFETCH(double, scale);
+    QFETCH(int, current);
+    QFETCH(int, narrowBy);
+    QFETCH(bool, follows);
+    QVERIFY(MakeBar(scale, 20));
+    m_bar->setCurrentIndex(current);
+    WaitForRest();
+    QCOMPARE(m_bar->ScrollOffset(), 0);
+    QWidget *tab = m_bar->TabButton(current);
+    const auto left = [&] { return tab->mapTo(m_bar->Viewport(), QPoint(0, 0)).x(); };
+    const bool inViewBefore = left() >= 0 && left() + tab->width() <= m_bar->Viewport()->width();
+    QCOMPARE(inViewBefore, current != 15);
+
+    m_bar->resize(m_bar->width() - DpiTool::ScaleDefault(narrowBy), m_bar->height());
+    QVERIFY(m_bar->IsOverflow());
+    QCOMPARE(m_bar->ScrollOffset() != 0, follows);
+    if (inViewBefore) {
+        QVERIFY(left() >= 0);
+        QVERIFY2(left() + tab->width() <= m_bar->Viewport()->width(),
+                 qPrintable(QStringLiteral("%1 + %2 > %3").arg(left()).arg(tab->width()).arg(m_bar->Viewport()->width())));
+        // Just far enough: flush with the right edge.
+        if (follows)
+            QCOMPARE(left() + tab->width(), m_bar->Viewport()->width());
+    }
+    QCOMPARE(m_bar->ScrollOffset(), m_bar->Content()->x());
+    QCOMPARE(m_bar->LeftArrow()->isEnabled(), m_bar->ScrollOffset() < 0);
 }
 
 void TstBrowserTabBarExScroll::barDeletedWhileAnimating()

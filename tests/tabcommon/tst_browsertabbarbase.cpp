@@ -31,6 +31,8 @@ private Q_SLOTS:
     void lookupsOutOfRangeAnswerEmpty();
     void moveTabKeepsTheCurrentTab_data();
     void moveTabKeepsTheCurrentTab();
+    void narrowBarsOverlapNothing_data();
+    void narrowBarsOverlapNothing();
 
 private:
     std::unique_ptr<BrowserTabBarBase> MakeBar(Kind kind, int tabs);
@@ -225,6 +227,75 @@ void TstBrowserTabBarBase::moveTabKeepsTheCurrentTab()
     // Buttons in list order, left to right.
     for (int i = 1; i < b->count(); ++i)
         QVERIFY(b->tabRect(i - 1).left() < b->tabRect(i).left());
+}
+
+static QString RectText(const QRect &r)
+{
+    return QStringLiteral("(%1,%2 %3x%4)").arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height());
+}
+
+void TstBrowserTabBarBase::narrowBarsOverlapNothing_data()
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<int>("tabs");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) {
+        QTest::addRow("%sone tab", prefix) << kind << 1;
+        QTest::addRow("%sfive tabs", prefix) << kind << 5;
+        QTest::addRow("%sforty tabs", prefix) << kind << 40;
+    });
+}
+
+// The parts of the strip a user sees and clicks (tabs, scroll arrows, the new-tab
+// button) never lie on one another, however narrow the bar: from 230 pixels, below
+// which not even the arrows and a minimum tab fit, down to nothing.
+void TstBrowserTabBarBase::narrowBarsOverlapNothing()
+{
+    QFETCH(Kind, bar);
+    QFETCH(int, tabs);
+    QWidget window;
+    window.resize(300, 60);
+    BrowserTabBarBase *b = BothBars::Make(bar, &window);
+    BothBars::Fill(*b, tabs);
+    b->setCurrentIndex(tabs - 1);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+    for (int width = 230; width >= 0; width -= 5) {
+        b->resize(width, b->height());
+        QCoreApplication::processEvents();
+        // What shows of each part, in the bar's coordinates.
+        QList<QPair<QString, QRect>> parts;
+        const auto add = [&](const QString &name, QWidget *w) {
+            if (!w || !w->isVisibleTo(b))
+                return;
+            const QRect shown = w->visibleRegion().boundingRect().translated(w->mapTo(b, QPoint(0, 0)));
+            if (!shown.isEmpty())
+                parts << qMakePair(name, shown);
+        };
+        for (int i = 0; i < b->count(); ++i)
+            add(QStringLiteral("tab %1").arg(i), b->TabButton(i));
+        add(QStringLiteral("left arrow"), b->findChild<QWidget *>(QStringLiteral("TabButtonLeftArrowEx")));
+        add(QStringLiteral("right arrow"), b->findChild<QWidget *>(QStringLiteral("TabButtonRightArrowEx")));
+        add(QStringLiteral("new-tab button"), b->findChild<QWidget *>(QStringLiteral("TabBarNewTabButton")));
+        for (int i = 0; i < parts.size(); ++i) {
+            QVERIFY2(b->rect().contains(parts.at(i).second),
+                     qPrintable(QStringLiteral("width %1: %2 at %3 outside the bar")
+                                    .arg(width)
+                                    .arg(parts.at(i).first)
+                                    .arg(RectText(parts.at(i).second))));
+            for (int j = i + 1; j < parts.size(); ++j) {
+                // The classic bar's neighbours share their two-pixel border by design.
+                const QRect shared = parts.at(i).second.intersected(parts.at(j).second);
+                if (bar == Kind::Classic && j == i + 1 && j < b->count() && shared.width() <= 2)
+                    continue;
+                QVERIFY2(shared.isEmpty(),
+                         qPrintable(QStringLiteral("width %1: %2 at %3 overlaps %4 at %5")
+                                        .arg(width)
+                                        .arg(parts.at(i).first, RectText(parts.at(i).second))
+                                        .arg(parts.at(j).first, RectText(parts.at(j).second))));
+            }
+        }
+    }
 }
 
 KELTAB_TEST_MAIN(TstBrowserTabBarBase)
