@@ -8,6 +8,7 @@
 
 #include <KelTabContainer/browsertabbar.h>
 #include <KelTabContainer/browsertabbarex.h>
+#include <KelTabContainer/keltabstyle.h>
 
 #include <QApplication>
 #include <QHash>
@@ -20,6 +21,7 @@
 int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
+    KelTabStyle::ApplyDefaultStyleSheet(); // the library's look
     const bool classic = app.arguments().contains(QStringLiteral("--classic"));
 
     QWidget window;
