@@ -31,6 +31,8 @@ private Q_SLOTS:
     void menuClosedLeavesNoStaleHover();
     void rightClickOnAnotherTabOpensItsMenu_data();
     void rightClickOnAnotherTabOpensItsMenu();
+    void commandMayDeleteTheBar_data();
+    void commandMayDeleteTheBar();
 
 private:
     std::unique_ptr<KelTest::XInput> m_input;
@@ -240,6 +242,50 @@ void TstBrowserTabBarMenuPointer::rightClickOnAnotherTabOpensItsMenu()
     QTRY_COMPARE(closeOther.count(), 1);
     QCOMPARE(closeOther.at(0).at(0).toInt(), 3);
     QTRY_VERIFY(!ShownMenu());
+}
+
+void TstBrowserTabBarMenuPointer::commandMayDeleteTheBar_data()
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<QString>("command");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) {
+        QTest::addRow("%sClose tab", prefix) << kind << QStringLiteral("Close tab");
+        QTest::addRow("%sClose other tabs", prefix) << kind << QStringLiteral("Close other tabs");
+    });
+}
+
+// A host that answers a command chosen with a real right click and click by deleting
+// the bar outright: the menu's loop, the tab's press handler and the window system's
+// bookkeeping all unwind without touching the bar (the sanitizer build checks it).
+void TstBrowserTabBarMenuPointer::commandMayDeleteTheBar()
+{
+    QFETCH(Kind, bar);
+    QFETCH(QString, command);
+    MakeWindow(bar);
+    QPointer<BrowserTabBarBase> guard(m_bar);
+    const auto deleteBar = [this](int) { delete m_bar; };
+    connect(m_bar, &BrowserTabBarBase::tabCloseRequested, m_window.get(), deleteBar);
+    connect(m_bar, &BrowserTabBarBase::SigCloseOtherTab, m_window.get(), deleteBar);
+    m_input->MoveTo(TabCentre(1));
+    QTRY_COMPARE(Hovered(), QList<int>({1}));
+
+    QPointer<QAction> action;
+    KelTest::Steps steps;
+    steps.When(QStringLiteral("the menu"), [] { return ShownMenu() != nullptr; },
+               [&] { action = ActionNamed(ShownMenu(), command); });
+    steps.When(QStringLiteral("the command under the pointer"), [&] { return PointingAt(ShownMenu(), action); },
+               [&] { m_input->Click(); });
+    steps.Start();
+    m_input->Click(3);
+    QTRY_VERIFY2(steps.Done() || steps.Failed(), qPrintable(steps.Waiting()));
+    QVERIFY2(steps.Done(), qPrintable(steps.Waiting()));
+    QTRY_VERIFY(guard.isNull());
+    m_bar = nullptr;
+    QTRY_VERIFY(!ShownMenu());
+    // The window goes on answering the pointer.
+    m_input->MoveTo(m_page->mapToGlobal(m_page->rect().center()));
+    QTest::qWait(50);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 KELTAB_TEST_MAIN(TstBrowserTabBarMenuPointer)
