@@ -146,8 +146,11 @@ void TstBrowserTabBarDragPointer::dropDuringEdgeScrollLeavesTheTabInView()
     QTRY_COMPARE(m_bar->currentIndex(), 2);
     const QPoint edge = viewport->mapToGlobal(QPoint(viewport->width() + 30, viewport->height() / 2));
     m_input->GlideTo(Centre(2), edge, 10);
-    // Let it scroll a while, then drop mid-tick.
-    QTest::qWait(350);
+    // Let it scroll a few tabs' worth (however slowly a loaded machine ticks), then
+    // drop mid-scroll.
+    auto *content = m_bar->findChild<QWidget *>(QStringLiteral("TabBarContentEx"));
+    QVERIFY(content);
+    QTRY_VERIFY_WITH_TIMEOUT(content->x() < -4 * DpiTool::ScaleDefault(96), 10000);
     const TabDataPtr dragged = m_bar->GetCurrentTabData();
     m_input->Button(1, false);
     QTRY_VERIFY(!m_bar->TabButton(m_bar->currentIndex())->IsPressed());
