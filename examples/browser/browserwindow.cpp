@@ -1,11 +1,11 @@
 #include "browserwindow.h"
 
-#include "bartabstrip.h"
 #include "homepage.h"
 #include "hometabbar.h"
 #include "hometabbarex.h"
 #include "navigationbar.h"
 #include "pluginpage.h"
+#include "signallog.h"
 #include "tabrecordfactory.h"
 #include "textbrowserpage.h"
 
@@ -19,11 +19,13 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QFile>
+#include <QHBoxLayout>
 #include <QNetworkAccessManager>
 #include <QRegularExpression>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -34,7 +36,7 @@ constexpr int kMessageMs = 5000;
 
 } // namespace
 
-BrowserWindow::BrowserWindow(TabStrip::Kind kind, SignalLog *signalLog, QWidget *parent)
+BrowserWindow::BrowserWindow(BarKind kind, SignalLog *signalLog, QWidget *parent)
     : QMainWindow(parent)
     , m_network(new QNetworkAccessManager(this))
     , m_signalLog(signalLog)
@@ -46,9 +48,8 @@ BrowserWindow::BrowserWindow(TabStrip::Kind kind, SignalLog *signalLog, QWidget 
     InitInput();
     InitNotifications();
 
-    m_strip = MakeStrip(kind);
-    ConnectStrip();
-    m_layout->insertWidget(0, m_strip->Widget());
+    MakeBar(kind);
+    ConnectBar();
 
     // The home tab must come first: the bar puts the first FixedTabCount() tabs it
     // is given into its fixed area.
@@ -60,7 +61,8 @@ BrowserWindow::BrowserWindow(TabStrip::Kind kind, SignalLog *signalLog, QWidget 
 BrowserWindow::~BrowserWindow()
 {
     // The bar goes first, so that no page is asked for anything while it goes away.
-    m_strip.reset();
+    delete m_barRow.data();
+    m_bar = nullptr;
     m_current = nullptr;
     m_pages.clear();
 }
@@ -109,18 +111,18 @@ void BrowserWindow::InitNotifications()
 {
     BrowserMainNotify *notify = BrowserMainNotify::Instance();
     connect(notify, &BrowserMainNotify::SigLoadStart, this, [this](TabDataPtr tab) {
-        m_strip->LoadStart(m_strip->IndexOf(tab));
+        m_bar->LoadStart(m_bar->GetIndexByTabData(tab));
     });
     connect(notify, &BrowserMainNotify::SigLoadFinished, this, [this](TabDataPtr tab) {
-        m_strip->LoadFinished(m_strip->IndexOf(tab));
+        m_bar->LoadFinished(m_bar->GetIndexByTabData(tab));
     });
     connect(notify, &BrowserMainNotify::SigWebTitleChanged, this, [this](TabDataPtr tab, const QString &title) {
-        m_strip->SetTabText(m_strip->IndexOf(tab), title);
+        m_bar->setTabText(m_bar->GetIndexByTabData(tab), title);
         if (IsCurrentTab(tab))
             setWindowTitle(tr("%1 - KelTab Browser").arg(title));
     });
     connect(notify, &BrowserMainNotify::SigWebIconChanged, this, [this](TabDataPtr tab, const QString &icon) {
-        m_strip->SetTabIcon(m_strip->IndexOf(tab), icon);
+        m_bar->setTabIcon(m_bar->GetIndexByTabData(tab), icon);
     });
     connect(notify, &BrowserMainNotify::SigAddressChanged, this, [this](TabDataPtr tab, const QUrl &url) {
         if (!IsCurrentTab(tab))
@@ -142,60 +144,116 @@ void BrowserWindow::InitNotifications()
                     ShowMessage(tr("Zoom %1 %").arg(qRound(percent)));
             });
     connect(notify, &BrowserMainNotify::SigCloseTab, this, [this](TabDataPtr tab) {
-        CloseTabAt(m_strip->IndexOf(tab));
+        CloseTabAt(m_bar->GetIndexByTabData(tab));
     });
 }
 
-void BrowserWindow::ConnectStrip()
+void BrowserWindow::MakeBar(BarKind kind)
 {
-    TabStrip *strip = m_strip.get();
-    strip->SetTabManager(this);
-    connect(strip, &TabStrip::CurrentChanged, this, &BrowserWindow::OnCurrentChanged);
-    connect(strip, &TabStrip::CloseRequested, this, &BrowserWindow::OnCloseRequested);
-    connect(strip, &TabStrip::NewTabRequested, this, &BrowserWindow::NewTab);
-    connect(strip, &TabStrip::RefreshRequested, this, &BrowserWindow::OnRefresh);
-    connect(strip, &TabStrip::AddFavRequested, this, &BrowserWindow::OnAddFav);
-    connect(strip, &TabStrip::CopyLinkRequested, this, &BrowserWindow::OnCopyLink);
-    connect(strip, &TabStrip::OpenInBrowserRequested, this, &BrowserWindow::OnOpenInBrowser);
-    connect(strip, &TabStrip::CloseOthersRequested, this, &BrowserWindow::OnCloseOthers);
-    connect(strip, &TabStrip::CloseLeftRequested, this, &BrowserWindow::OnCloseLeft);
-    connect(strip, &TabStrip::CloseRightRequested, this, &BrowserWindow::OnCloseRight);
-    connect(strip, &TabStrip::RecoverRequested, this, &BrowserWindow::RecoverClosedTab);
+    m_kind = kind;
+    m_barRow = new QWidget;
+    m_barRow->setObjectName(QStringLiteral("TabStripRow"));
+    m_barRow->setAttribute(Qt::WA_StyledBackground);
+    auto *row = new QHBoxLayout(m_barRow);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    if (kind == BarKind::Classic)
+        m_bar = new HomeTabBar(&m_closedTabs, m_barRow);
+    else
+        m_bar = new HomeTabBarEx(&m_closedTabs, m_barRow);
+    // Watching before the window connects: each signal is logged before those that
+    // answering it causes.
+    if (m_signalLog)
+        m_signalLog->Watch(m_bar, QFrame::staticMetaObject);
+    row->addWidget(m_bar, 1);
+    // Left to the host: the menu asks the subclass's policy, and dragging must stop at
+    // the home tab.
+    m_bar->InitMenu();
+    m_bar->SetFirstIndex(kHomeTabs);
+    if (kind == BarKind::Scrolling) {
+        // The scrolling bar leaves the new-tab button to the host; announcing the click
+        // through the bar's own SigAddNewTab keeps one path for "+" on both bars.
+        auto *newTab = new QToolButton(m_barRow);
+        newTab->setObjectName(QStringLiteral("NewTabButton"));
+        newTab->setIcon(QIcon(QStringLiteral(":/browser/icons/newtab.png")));
+        newTab->setToolTip(tr("New tab (Ctrl+T)"));
+        newTab->setFocusPolicy(Qt::NoFocus);
+        newTab->setCursor(Qt::PointingHandCursor);
+        row->addWidget(newTab, 0, Qt::AlignVCenter);
+        connect(newTab, &QToolButton::clicked, m_bar, [bar = m_bar] { Q_EMIT bar->SigAddNewTab(); });
+    }
+    m_layout->insertWidget(0, m_barRow);
 }
 
-void BrowserWindow::SetStripKind(TabStrip::Kind kind)
+void BrowserWindow::ConnectBar()
 {
-    if (m_strip && m_strip->GetKind() == kind)
+    m_bar->SetTabManager(this);
+    connect(m_bar, &BrowserTabBarBase::currentChanged, this, &BrowserWindow::OnCurrentChanged);
+    connect(m_bar, &BrowserTabBarBase::tabCloseRequested, this, &BrowserWindow::OnCloseRequested);
+    connect(m_bar, &BrowserTabBarBase::SigAddNewTab, this, &BrowserWindow::NewTab);
+    connect(m_bar, &BrowserTabBarBase::SigCloseOtherTab, this, &BrowserWindow::OnCloseOthers);
+    connect(m_bar, &BrowserTabBarBase::SigCloseLeftTab, this, &BrowserWindow::OnCloseLeft);
+    connect(m_bar, &BrowserTabBarBase::SigCloseRightTab, this, &BrowserWindow::OnCloseRight);
+    connect(m_bar, &BrowserTabBarBase::SigRecoverRecentlyTab, this, &BrowserWindow::RecoverClosedTab);
+    // The scrolling bar's own commands.
+    if (auto *bar = qobject_cast<HomeTabBarEx *>(m_bar)) {
+        connect(bar, &HomeTabBarEx::SigRefreshTab, this, &BrowserWindow::OnRefresh);
+        connect(bar, &HomeTabBarEx::SigReloadIconClicked, this, &BrowserWindow::OnRefresh);
+        connect(bar, &HomeTabBarEx::SigAddFav, this, &BrowserWindow::OnAddFav);
+        connect(bar, &HomeTabBarEx::SigCopyLink, this, &BrowserWindow::OnCopyLink);
+        connect(bar, &HomeTabBarEx::SigOpenInBrowser, this, &BrowserWindow::OnOpenInBrowser);
+    }
+}
+
+void BrowserWindow::ShowIndex(int index)
+{
+    if (auto *bar = qobject_cast<BrowserTabBarEx *>(m_bar))
+        bar->showIndex(index);
+}
+
+void BrowserWindow::SetBarKind(BarKind kind)
+{
+    if (m_bar && m_kind == kind)
         return;
 
     QList<TabDataPtr> tabs;
-    for (int i = 0; i < m_strip->Count(); ++i)
-        tabs.append(m_strip->TabAt(i));
-    const int current = m_strip->CurrentIndex();
+    for (int i = 0; i < m_bar->count(); ++i)
+        tabs.append(m_bar->GetTabData(i));
+    const int current = m_bar->currentIndex();
 
-    m_strip.reset();
-    m_strip = MakeStrip(kind);
-    ConnectStrip();
-    m_layout->insertWidget(0, m_strip->Widget());
+    delete m_barRow.data();
+    m_bar = nullptr;
+    MakeBar(kind);
+    ConnectBar();
 
     for (const TabDataPtr &tab : tabs) {
-        const int index = m_strip->AddTab(tab, QString(), false);
+        const int index = m_bar->addTab(tab, QString(), false);
         // The buttons wrote the icon address they last asked for into the record.
         if (!tab->GetIconUrl().isEmpty())
-            m_strip->SetTabIcon(index, tab->GetIconUrl());
+            m_bar->setTabIcon(index, tab->GetIconUrl());
         TabContainer *page = PageFor(tab);
         if (page && page->GetIsLoading())
-            m_strip->LoadStart(index);
+            m_bar->LoadStart(index);
     }
     m_current = nullptr; // the new bar starts without a current tab
-    m_strip->SetCurrentIndex(current);
+    m_bar->setCurrentIndex(current);
     ApplyWindowStyle();
-    Q_EMIT SigStripReplaced(m_strip.get());
+    Q_EMIT SigBarReplaced(m_bar);
 }
 
-TabStrip *BrowserWindow::Strip() const
+BrowserWindow::BarKind BrowserWindow::GetBarKind() const
 {
-    return m_strip.get();
+    return m_kind;
+}
+
+BrowserTabBarBase *BrowserWindow::Bar() const
+{
+    return m_bar;
+}
+
+QWidget *BrowserWindow::BarRow() const
+{
+    return m_barRow;
 }
 
 QWidget *BrowserWindow::PageArea() const
@@ -215,15 +273,15 @@ void BrowserWindow::NewTab()
 
 bool BrowserWindow::CloseTabAt(int index)
 {
-    const TabDataPtr tab = m_strip->TabAt(index);
-    if (!tab || index < m_strip->FixedTabCount())
+    const TabDataPtr tab = m_bar->GetTabData(index);
+    if (!tab || index < kHomeTabs)
         return false;
     TabContainer *page = PageFor(tab);
     if (page && !page->TryToClose(false))
         return false;
     m_closedTabs.Push(*tab);
     // The bar makes a neighbour current first (currentChanged), then drops the tab.
-    m_strip->RemoveTab(index);
+    m_bar->removeTab(index);
     DestroyPage(page);
     return true;
 }
@@ -259,24 +317,24 @@ int BrowserWindow::OpenTab(TabDataPtr tab, bool activate)
     if (!tab)
         return -1;
     // A tab that is already open (the Notes plug-in, a recovered tab) is shown, not doubled.
-    int index = m_strip->IndexOf(tab);
+    int index = m_bar->GetIndexByTabData(tab);
     if (index < 0) {
         std::unique_ptr<TabContainer> page = CreatePage(tab);
         TabContainer *raw = page.get();
         m_pageArea->addWidget(raw->GetWidget());
         m_pages.push_back(std::move(page));
-        index = m_strip->AddTab(tab, QString(), false);
+        index = m_bar->addTab(tab, QString(), false);
         // Only now that the bar holds the tab can it hear the page start loading.
         raw->OpenUrl(tab->IsNewTab() ? TabRecordFactory::NewTabPageUrl() : tab->GetUrl());
     }
     if (activate)
-        m_strip->SetCurrentIndex(index);
+        m_bar->setCurrentIndex(index);
     return index;
 }
 
 bool BrowserWindow::CloseTab(TabDataPtr tab)
 {
-    return CloseTabAt(m_strip->IndexOf(tab));
+    return CloseTabAt(m_bar->GetIndexByTabData(tab));
 }
 
 TabContainer *BrowserWindow::GetCurrentTabContainer()
@@ -312,27 +370,27 @@ void BrowserWindow::ActionNewTab()
 
 void BrowserWindow::ActionCloseTab()
 {
-    CloseTabAt(m_strip->CurrentIndex());
+    CloseTabAt(m_bar->currentIndex());
 }
 
 void BrowserWindow::ActionCloseAllTabs()
 {
-    for (int i = m_strip->Count() - 1; i >= m_strip->FixedTabCount(); --i)
+    for (int i = m_bar->count() - 1; i >= kHomeTabs; --i)
         CloseTabAt(i);
 }
 
 void BrowserWindow::ActionPreviousTab()
 {
-    const int count = m_strip->Count();
+    const int count = m_bar->count();
     if (count > 1)
-        m_strip->SetCurrentIndex((m_strip->CurrentIndex() - 1 + count) % count);
+        m_bar->setCurrentIndex((m_bar->currentIndex() - 1 + count) % count);
 }
 
 void BrowserWindow::ActionNextTab()
 {
-    const int count = m_strip->Count();
+    const int count = m_bar->count();
     if (count > 1)
-        m_strip->SetCurrentIndex((m_strip->CurrentIndex() + 1) % count);
+        m_bar->setCurrentIndex((m_bar->currentIndex() + 1) % count);
 }
 
 QRect BrowserWindow::GetToastArea()
@@ -354,13 +412,13 @@ void BrowserWindow::ActionRefreshNoCache()
 
 void BrowserWindow::ActionSelectTab(int index)
 {
-    if (index >= 0 && index < m_strip->Count())
-        m_strip->SetCurrentIndex(index);
+    if (index >= 0 && index < m_bar->count())
+        m_bar->setCurrentIndex(index);
 }
 
 void BrowserWindow::ActionCtrl9()
 {
-    m_strip->SetCurrentIndex(m_strip->Count() - 1);
+    m_bar->setCurrentIndex(m_bar->count() - 1);
 }
 
 void BrowserWindow::ZoomDefault()
@@ -383,7 +441,7 @@ void BrowserWindow::ZoomOut()
 
 void BrowserWindow::ActionCtrlD()
 {
-    OnAddFav(m_strip->CurrentIndex());
+    OnAddFav(m_bar->currentIndex());
 }
 
 void BrowserWindow::ActionCtrlJ()
@@ -443,12 +501,12 @@ void BrowserWindow::ActionAltShiftDown()
 
 void BrowserWindow::ActionAltC()
 {
-    OnCopyLink(m_strip->CurrentIndex());
+    OnCopyLink(m_bar->currentIndex());
 }
 
 void BrowserWindow::ActionAltE()
 {
-    OnOpenInBrowser(m_strip->CurrentIndex());
+    OnOpenInBrowser(m_bar->currentIndex());
 }
 
 void BrowserWindow::AdjustForDpi()
@@ -457,7 +515,7 @@ void BrowserWindow::AdjustForDpi()
     m_nav->AdjustForDpi();
     // The bar re-lays its tabs in its own AdjustForDpi(), whose turn may come after
     // ours; bring the current tab back into view once every adapter has run.
-    QTimer::singleShot(0, this, [this] { m_strip->ShowIndex(m_strip->CurrentIndex()); });
+    QTimer::singleShot(0, this, [this] { ShowIndex(m_bar->currentIndex()); });
 }
 
 // ---------------------------------------------------------------------------
@@ -476,17 +534,17 @@ void BrowserWindow::OnCurrentChanged(int index)
     m_pageArea->setCurrentWidget(page->GetWidget());
     page->OnActivated(); // the page announces its address and state
     // A new tab waits for an address; any other page takes the keys itself.
-    if (m_strip->TabAt(index)->IsNewTab())
+    if (m_bar->GetTabData(index)->IsNewTab())
         m_nav->FocusAddress();
     else
         page->SetFocus();
-    m_strip->ShowIndex(index);
-    setWindowTitle(tr("%1 - KelTab Browser").arg(m_strip->TabAt(index)->GetTitle()));
+    ShowIndex(index);
+    setWindowTitle(tr("%1 - KelTab Browser").arg(m_bar->GetTabData(index)->GetTitle()));
 }
 
 void BrowserWindow::OnCloseRequested(int index)
 {
-    if (!CloseTabAt(index) && index >= 0 && index < m_strip->FixedTabCount())
+    if (!CloseTabAt(index) && index >= 0 && index < kHomeTabs)
         ShowMessage(tr("The home tab stays open."));
 }
 
@@ -505,7 +563,7 @@ void BrowserWindow::OnAddFav(int index)
     }
     if (!m_favourites.contains(url))
         m_favourites.append(url);
-    if (index == m_strip->CurrentIndex())
+    if (index == m_bar->currentIndex())
         m_nav->SetFavourite(true);
     qInfo("Bookmarked %s", qUtf8Printable(url));
     ShowMessage(tr("Bookmarked %1").arg(url));
@@ -535,33 +593,33 @@ void BrowserWindow::OnCloseOthers(int index)
 {
     // The tab the menu was opened on stays, and becomes current first so that
     // closing the others does not hop from neighbour to neighbour.
-    const TabDataPtr keep = m_strip->TabAt(index);
+    const TabDataPtr keep = m_bar->GetTabData(index);
     if (!keep)
         return;
-    m_strip->SetCurrentIndex(index);
-    for (int i = m_strip->Count() - 1; i >= m_strip->FixedTabCount(); --i) {
-        if (!m_strip->TabAt(i)->IsEqual(keep))
+    m_bar->setCurrentIndex(index);
+    for (int i = m_bar->count() - 1; i >= kHomeTabs; --i) {
+        if (!m_bar->GetTabData(i)->IsEqual(keep))
             CloseTabAt(i);
     }
 }
 
 void BrowserWindow::OnCloseLeft(int index)
 {
-    if (!m_strip->TabAt(index))
+    if (!m_bar->GetTabData(index))
         return;
-    if (m_strip->CurrentIndex() < index)
-        m_strip->SetCurrentIndex(index);
-    for (int i = index - 1; i >= m_strip->FixedTabCount(); --i)
+    if (m_bar->currentIndex() < index)
+        m_bar->setCurrentIndex(index);
+    for (int i = index - 1; i >= kHomeTabs; --i)
         CloseTabAt(i);
 }
 
 void BrowserWindow::OnCloseRight(int index)
 {
-    if (!m_strip->TabAt(index))
+    if (!m_bar->GetTabData(index))
         return;
-    if (m_strip->CurrentIndex() > index)
-        m_strip->SetCurrentIndex(index);
-    for (int i = m_strip->Count() - 1; i > index; --i)
+    if (m_bar->currentIndex() > index)
+        m_bar->setCurrentIndex(index);
+    for (int i = m_bar->count() - 1; i > index; --i)
         CloseTabAt(i);
 }
 
@@ -585,13 +643,6 @@ void BrowserWindow::OnFind(const QString &text)
 
 // ---------------------------------------------------------------------------
 // Helpers
-
-std::unique_ptr<TabStrip> BrowserWindow::MakeStrip(TabStrip::Kind kind)
-{
-    if (kind == TabStrip::Kind::Classic)
-        return std::make_unique<BarTabStrip<HomeTabBar>>(&m_closedTabs, m_signalLog);
-    return std::make_unique<BarTabStrip<HomeTabBarEx>>(&m_closedTabs, m_signalLog);
-}
 
 void BrowserWindow::ApplyWindowStyle()
 {
@@ -640,7 +691,7 @@ TabContainer *BrowserWindow::PageFor(TabDataPtr tab) const
 
 TabContainer *BrowserWindow::PageAt(int index) const
 {
-    return PageFor(m_strip->TabAt(index));
+    return PageFor(m_bar->GetTabData(index));
 }
 
 void BrowserWindow::DestroyPage(TabContainer *page)
@@ -658,7 +709,7 @@ void BrowserWindow::DestroyPage(TabContainer *page)
 QString BrowserWindow::UrlAt(int index) const
 {
     // Only web pages have an address worth copying, bookmarking or handing on.
-    const TabDataPtr tab = m_strip->TabAt(index);
+    const TabDataPtr tab = m_bar->GetTabData(index);
     return tab && (tab->IsWeb() || tab->IsWebPopup()) ? tab->GetUrl() : QString();
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "closedtabstack.h"
-#include "tabstrip.h"
+#include <KelTabContainer/browsertabbarbase.h>
+
+#include <QPointer>
 
 #include <KelTabContainer/idpiadapter.h>
 #include <KelTabContainer/igesturehandlerdelegate.h>
@@ -26,7 +28,7 @@ class SignalLog;
 /**
  * The demo browser's main window: a host of the library.
  *
- * It owns a tab strip (either bar, behind TabStrip), the pages behind the tabs, the
+ * It owns a tab bar (either kind, held as a BrowserTabBarBase), the pages behind the tabs, the
  * closed-tab stack and the input machinery: a stroke recogniser over the page area
  * feeding a BrowserGestureHandler, and a BrowserKeyHandler for the shortcut table.
  * The window is the delegate of both, the tab manager of the bar and a DPI adapter.
@@ -43,17 +45,23 @@ class BrowserWindow : public QMainWindow,
 {
     Q_OBJECT
 public:
+    /** Which of the library's bars the window shows. */
+    enum class BarKind { Scrolling, Classic };
+
     /**
-     * @param kind      the tab strip to start with
+     * @param kind      the tab bar to start with
      * @param signalLog when given, every bar the window makes has its signals written
      *                  down there (not owned)
      */
-    explicit BrowserWindow(TabStrip::Kind kind, SignalLog *signalLog = nullptr, QWidget *parent = nullptr);
+    explicit BrowserWindow(BarKind kind, SignalLog *signalLog = nullptr, QWidget *parent = nullptr);
     ~BrowserWindow() override;
 
-    /** Replaces the tab strip by one of @p kind; every tab moves over, the current one stays current. */
-    void SetStripKind(TabStrip::Kind kind);
-    TabStrip *Strip() const;
+    /** Replaces the tab bar by one of @p kind; every tab moves over, the current one stays current. */
+    void SetBarKind(BarKind kind);
+    BarKind GetBarKind() const;
+    BrowserTabBarBase *Bar() const;
+    /** The row that holds the bar and, beside the scrolling bar, the window's new-tab button. */
+    QWidget *BarRow() const;
     /** The area under the navigation bar that shows the current tab's page. */
     QWidget *PageArea() const;
 
@@ -109,8 +117,8 @@ public:
     void AdjustForDpi() override;
 
 Q_SIGNALS:
-    /** A new strip took over (SetStripKind()). */
-    void SigStripReplaced(TabStrip *strip);
+    /** A new bar took over (SetBarKind()). */
+    void SigBarReplaced(BrowserTabBarBase *bar);
     /** The window told the user something in its status bar. */
     void SigStatusMessage(const QString &text);
 
@@ -118,8 +126,10 @@ private:
     void InitUi();
     void InitInput();
     void InitNotifications();
-    void ConnectStrip();
-    std::unique_ptr<TabStrip> MakeStrip(TabStrip::Kind kind);
+    void MakeBar(BarKind kind);
+    void ConnectBar();
+    /** Brings the tab into view where the bar scrolls; nothing on the classic bar. */
+    void ShowIndex(int index);
     void ApplyWindowStyle();
     void ShowMessage(const QString &text);
 
@@ -130,7 +140,7 @@ private:
     QString UrlAt(int index) const;
     bool IsCurrentTab(TabDataPtr tab) const;
 
-    // Answers to the strip.
+    // Answers to the bar.
     void OnCurrentChanged(int index);
     void OnCloseRequested(int index);
     void OnRefresh(int index);
@@ -144,7 +154,11 @@ private:
     void OnFind(const QString &text);
 
     ClosedTabStack m_closedTabs;
-    std::unique_ptr<TabStrip> m_strip;
+    // The home tab: fixed, first, never closed or dragged.
+    static constexpr int kHomeTabs = 1;
+    BarKind m_kind = BarKind::Scrolling;
+    QPointer<QWidget> m_barRow;
+    BrowserTabBarBase *m_bar = nullptr;
     std::vector<std::unique_ptr<TabContainer>> m_pages;
     TabContainer *m_current = nullptr;
     QVBoxLayout *m_layout = nullptr;

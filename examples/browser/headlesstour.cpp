@@ -3,7 +3,8 @@
 #include "browserwindow.h"
 #include "signallog.h"
 #include "tabrecordfactory.h"
-#include "tabstrip.h"
+#include <KelTabContainer/browsertabbarbase.h>
+#include <KelTabContainer/browsertabbuttonbase.h>
 #include "textbrowserpage.h"
 
 #include <KelTabContainer/dpitool.h>
@@ -123,7 +124,7 @@ void HeadlessTour::StepOpenTabs()
         QStringLiteral("qrc:/browser/pages/signals.html"),
         QStringLiteral("qrc:/browser/pages/welcome.html"),
     };
-    QWidget *plus = m_window->Strip()->Widget()->findChild<QWidget *>(QStringLiteral("NewTabButton"));
+    QWidget *plus = m_window->BarRow()->findChild<QWidget *>(QStringLiteral("NewTabButton"));
     for (int i = 0; i < kTabsToOpen; ++i) {
         if (i == 2) {
             m_window->OpenTab(TabRecordFactory::MakeNotes(), true);
@@ -137,14 +138,14 @@ void HeadlessTour::StepOpenTabs()
     // The pages finish loading, and the strip scrolls to the last tab.
     Settle(TextBrowserPage::LocalLoadMs() + 100);
     WaitForStripToRest();
-    Note(QStringLiteral("%1 tabs").arg(m_window->Strip()->Count()));
+    Note(QStringLiteral("%1 tabs").arg(m_window->Bar()->count()));
     Shot(QStringLiteral("thirty-tabs"));
 }
 
 void HeadlessTour::StepArrow()
 {
     Begin(QStringLiteral("scroll with the left arrow"));
-    QWidget *arrow = m_window->Strip()->Bar()->findChild<QWidget *>(QStringLiteral("TabButtonLeftArrowEx"));
+    QWidget *arrow = m_window->Bar()->findChild<QWidget *>(QStringLiteral("TabButtonLeftArrowEx"));
     if (!arrow || !arrow->isVisible()) {
         Note(QStringLiteral("no scroll arrow shows: the bar does not overflow"));
         return;
@@ -159,7 +160,7 @@ void HeadlessTour::StepArrow()
 void HeadlessTour::StepWheel()
 {
     Begin(QStringLiteral("scroll with the wheel"));
-    QWidget *bar = m_window->Strip()->Bar();
+    QWidget *bar = m_window->Bar();
     const QPoint pos = bar->rect().center();
     for (int i = 0; i < 2; ++i) {
         // A turn away from the user scrolls towards the first tabs.
@@ -180,10 +181,10 @@ void HeadlessTour::StepDrag(const QString &prefix)
         return;
     }
     const int from = IndexOfButton(button);
-    const TabDataPtr tab = m_window->Strip()->TabAt(from);
+    const TabDataPtr tab = m_window->Bar()->GetTabData(from);
     Note(QStringLiteral("dragging tab %1 \"%2\"").arg(from).arg(tab->GetTitle()));
     DragLeft(button, prefix);
-    Note(QStringLiteral("the tab went from %1 to %2").arg(from).arg(m_window->Strip()->IndexOf(tab)));
+    Note(QStringLiteral("the tab went from %1 to %2").arg(from).arg(m_window->Bar()->GetIndexByTabData(tab)));
     Shot(prefix + QStringLiteral("dropped"));
     SendKey(Qt::Key_9, Qt::ControlModifier); // the last tab, wherever the dragged one went
     Settle(100);
@@ -224,19 +225,19 @@ void HeadlessTour::DragLeft(QWidget *button, const QString &prefix)
 void HeadlessTour::StepCloseWithButtons(const QString &prefix)
 {
     Begin(prefix + QStringLiteral("select a tab, close three tabs with their close buttons"));
-    TabStrip *strip = m_window->Strip();
+    BrowserTabBarBase *strip = m_window->Bar();
     if (QWidget *button = TabButtonAtViewportMiddle()) {
         Note(QStringLiteral("selecting tab %1").arg(IndexOfButton(button)));
         ClickTab(button);
         Settle(50);
     }
     for (int n = 0; n < 3; ++n) {
-        QWidget *close = CloseButtonOf(strip->TabButton(strip->CurrentIndex()));
+        QWidget *close = CloseButtonOf(strip->TabButton(strip->currentIndex()));
         if (!close || !close->isVisible()) {
             Note(QStringLiteral("the current tab shows no close button"));
             break;
         }
-        Note(QStringLiteral("closing \"%1\"").arg(strip->TabAt(strip->CurrentIndex())->GetTitle()));
+        Note(QStringLiteral("closing \"%1\"").arg(strip->GetTabData(strip->currentIndex())->GetTitle()));
         // The pointer stays where the close button was: the bar keeps the widths, so
         // the next tab's close button comes under it.
         Click(close, close->rect().center());
@@ -247,7 +248,7 @@ void HeadlessTour::StepCloseWithButtons(const QString &prefix)
     const QPoint away = m_window->PageArea()->mapToGlobal(m_window->PageArea()->rect().center());
     QCursor::setPos(away);
     QEvent leave(QEvent::Leave);
-    QApplication::sendEvent(strip->Bar(), &leave);
+    QApplication::sendEvent(strip, &leave);
     Settle(kLeaveSettleMs);
     Note(QStringLiteral("tabs: ") + TabTitles());
     Shot(prefix + QStringLiteral("after-leaving-the-bar"));
@@ -256,15 +257,15 @@ void HeadlessTour::StepCloseWithButtons(const QString &prefix)
 void HeadlessTour::StepContextMenu(const QString &prefix, const QString &actionText, bool screenshot)
 {
     Begin(prefix + QStringLiteral("context menu: ") + actionText);
-    TabStrip *strip = m_window->Strip();
-    QWidget *button = strip->TabButton(strip->CurrentIndex());
+    BrowserTabBarBase *strip = m_window->Bar();
+    QWidget *button = strip->TabButton(strip->currentIndex());
     if (!button) {
         Note(QStringLiteral("no current tab"));
         return;
     }
     Note(QStringLiteral("right click on tab %1 \"%2\"")
-             .arg(strip->CurrentIndex())
-             .arg(strip->TabAt(strip->CurrentIndex())->GetTitle()));
+             .arg(strip->currentIndex())
+             .arg(strip->GetTabData(strip->currentIndex())->GetTitle()));
     m_menuSeen = false;
     // The menu runs modally inside the right press; the queued action chooses the
     // entry from within the menu's own event loop.
@@ -344,14 +345,14 @@ void HeadlessTour::StepClassic()
 {
     Begin(QStringLiteral("classic bar"));
     // The same tabs move over to the classic bar.
-    m_window->SetStripKind(TabStrip::Kind::Classic);
+    m_window->SetBarKind(BrowserWindow::BarKind::Classic);
     Settle(200);
     Note(QStringLiteral("tabs: ") + TabTitles());
     Shot(QStringLiteral("classic-bar"));
 
     const QString prefix = QStringLiteral("classic: ");
     Begin(prefix + QStringLiteral("six tabs, two with the bar's new-tab button"));
-    QWidget *plus = m_window->Strip()->Bar()->findChild<QWidget *>(QStringLiteral("TabBarNewTabButton"));
+    QWidget *plus = m_window->Bar()->findChild<QWidget *>(QStringLiteral("TabBarNewTabButton"));
     const QStringList pages = {
         QString(), // the new-tab button
         QStringLiteral("qrc:/browser/pages/welcome.html"),
@@ -429,7 +430,7 @@ void HeadlessTour::WaitForStripToRest()
 {
     // The strip scrolls animated, on a timer; a busy machine may take longer than the
     // nominal time, and a click on an arrow while it still scrolls is ignored.
-    QWidget *content = m_window->Strip()->Bar()->findChild<QWidget *>(QStringLiteral("TabBarContentEx"));
+    QWidget *content = m_window->Bar()->findChild<QWidget *>(QStringLiteral("TabBarContentEx"));
     if (!content) {
         Settle(kScrollPollMs);
         return;
@@ -490,7 +491,7 @@ void HeadlessTour::SendKey(int key, Qt::KeyboardModifiers modifiers)
 QWidget *HeadlessTour::TabButtonAtViewportMiddle()
 {
     WaitForStripToRest(); // which tab is in the middle must not depend on timing
-    QWidget *bar = m_window->Strip()->Bar();
+    QWidget *bar = m_window->Bar();
     // The scrolling bar shows its tabs in a viewport; the classic bar in itself.
     QWidget *area = bar->findChild<QWidget *>(QStringLiteral("TabBarViewportEx"));
     if (!area)
@@ -515,8 +516,8 @@ QWidget *HeadlessTour::CloseButtonOf(QWidget *tabButton) const
 
 int HeadlessTour::IndexOfButton(QWidget *tabButton) const
 {
-    TabStrip *strip = m_window->Strip();
-    for (int i = 0; i < strip->Count(); ++i) {
+    BrowserTabBarBase *strip = m_window->Bar();
+    for (int i = 0; i < strip->count(); ++i) {
         if (strip->TabButton(i) == tabButton)
             return i;
     }
@@ -525,11 +526,11 @@ int HeadlessTour::IndexOfButton(QWidget *tabButton) const
 
 QString HeadlessTour::TabTitles() const
 {
-    TabStrip *strip = m_window->Strip();
+    BrowserTabBarBase *strip = m_window->Bar();
     QStringList titles;
-    for (int i = 0; i < strip->Count(); ++i) {
-        QString title = strip->TabAt(i)->GetTitle();
-        if (i == strip->CurrentIndex())
+    for (int i = 0; i < strip->count(); ++i) {
+        QString title = strip->GetTabData(i)->GetTitle();
+        if (i == strip->currentIndex())
             title = QLatin1Char('[') + title + QLatin1Char(']');
         titles.append(title);
     }

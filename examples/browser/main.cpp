@@ -134,7 +134,7 @@ int main(int argc, char *argv[])
     // The library's look first, then the window lays its own over it.
     KelTabStyle::ApplyDefaultStyleSheet();
 
-    const TabStrip::Kind kind = parser.isSet(classicOption) ? TabStrip::Kind::Classic : TabStrip::Kind::Extended;
+    const BrowserWindow::BarKind kind = parser.isSet(classicOption) ? BrowserWindow::BarKind::Classic : BrowserWindow::BarKind::Scrolling;
 
     int rc = 0;
     SignalLog signalLog;
@@ -170,7 +170,7 @@ int main(int argc, char *argv[])
         {
             // The tour always starts with the scrolling bar and switches to the classic one.
             signalLog.AddNote(HeadlessTour::WindowOpensHeading());
-            BrowserWindow window(TabStrip::Kind::Extended, &signalLog);
+            BrowserWindow window(BrowserWindow::BarKind::Scrolling, &signalLog);
             HeadlessTour run(&window, &signalLog, out.absolutePath());
             QTimer::singleShot(0, &run, [&run] { QApplication::exit(run.Run()); });
             rc = app.exec();

@@ -1,8 +1,0 @@
-#include "tabstrip.h"
-
-TabStrip::TabStrip(QObject *parent)
-    : QObject(parent)
-{
-}
-
-TabStrip::~TabStrip() = default;
