@@ -74,7 +74,8 @@ void TstBrowserTabArrowProxyEx::pressIsAccepted()
     BrowserTabArrowProxyEx proxy;
     proxy.show();
     QVERIFY(QTest::qWaitForWindowExposed(&proxy));
-    QMouseEvent press(QEvent::MouseButtonPress, QPointF(0, 0), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(0, 0), QPointF(proxy.mapToGlobal(QPoint(0, 0))), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
     press.setAccepted(false);
     QCoreApplication::sendEvent(&proxy, &press);
     QVERIFY(press.isAccepted());
