@@ -17,18 +17,3 @@ function(keltab_configure_target target)
         target_link_options(${target} PRIVATE -fsanitize=address,undefined)
     endif()
 endfunction()
-
-# Adds sources of one subsystem folder to the library. PUBLIC_HEADERS are
-# installed under include/KelTabContainer/ and listed in the umbrella header.
-function(keltab_add_sources)
-    cmake_parse_arguments(ARG "" "" "PUBLIC_HEADERS;SOURCES;PRIVATE_HEADERS;RESOURCES" ${ARGN})
-    set(files)
-    foreach(f IN LISTS ARG_PUBLIC_HEADERS ARG_SOURCES ARG_PRIVATE_HEADERS ARG_RESOURCES)
-        list(APPEND files "${CMAKE_CURRENT_SOURCE_DIR}/${f}")
-    endforeach()
-    target_sources(KelTabContainer PRIVATE ${files})
-    foreach(h IN LISTS ARG_PUBLIC_HEADERS)
-        set_property(GLOBAL APPEND PROPERTY KELTAB_PUBLIC_HEADERS "${CMAKE_CURRENT_SOURCE_DIR}/${h}")
-    endforeach()
-    set_property(GLOBAL APPEND PROPERTY KELTAB_SOURCE_DIRS "${CMAKE_CURRENT_SOURCE_DIR}")
-endfunction()

@@ -1,13 +1,14 @@
 # Sourced by the README commands: installs the Debian packages the build, the tests
-# and the demo need, but only when one of them is missing, so a second run does
-# not touch the network.
+# and the demo need, with Qt 5 and with Qt 6, but only when one of them is missing,
+# so a second run does not touch the network.
 KELTAB_PACKAGES=(
-    cmake g++ make pkg-config
-    qtbase5-dev qtbase5-dev-tools libqt5sql5-sqlite zlib1g-dev
+    cmake g++ make pkg-config zlib1g-dev
+    qtbase5-dev qtbase5-dev-tools libqt5sql5-sqlite
+    qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite
     clang libclang-rt-14-dev
     xvfb xauth fonts-dejavu-core
     x11-xkb-utils xkb-data libx11-dev libxtst-dev
-    libqt5svg5 qt5-image-formats-plugins openssl
+    libqt5svg5 qt5-image-formats-plugins libqt6svg6 qt6-image-formats-plugins openssl
 )
 
 keltab_install_deps() {

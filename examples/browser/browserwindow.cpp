@@ -656,11 +656,11 @@ void BrowserWindow::ApplyWindowStyle()
     QRegularExpressionMatchIterator it = size.globalMatch(sheet);
     while (it.hasNext()) {
         const QRegularExpressionMatch match = it.next();
-        scaled += sheet.midRef(last, match.capturedStart() - last);
+        scaled += QStringView(sheet).mid(last, match.capturedStart() - last);
         scaled += QString::number(DpiTool::ScaleDefault(match.captured(1).toInt()));
         last = match.capturedEnd();
     }
-    scaled += sheet.midRef(last);
+    scaled += QStringView(sheet).mid(last);
     setStyleSheet(scaled);
 }
 

@@ -87,7 +87,11 @@ QString SignalLog::FormatArgument(int type, const void *value)
         const TabDataPtr &tab = *static_cast<const TabDataPtr *>(value);
         return tab ? QLatin1Char('"') + tab->GetTitle() + QLatin1Char('"') : QStringLiteral("null");
     }
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    const QVariant variant(QMetaType(type), value);
+#else
     const QVariant variant(type, value);
+#endif
     if (type == QMetaType::QPoint) {
         const QPoint point = variant.toPoint();
         return QStringLiteral("(%1, %2)").arg(point.x()).arg(point.y());

@@ -11,8 +11,12 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QScrollBar>
-#include <QTextCodec>
 #include <QTimer>
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+#include <QStringDecoder>
+#else
+#include <QTextCodec>
+#endif
 
 namespace {
 
@@ -32,6 +36,21 @@ bool IsTextType(const QString &contentType)
 {
     return contentType.startsWith(QLatin1String("text/")) || contentType.contains(QLatin1String("json"))
         || contentType.contains(QLatin1String("xml")) || contentType.contains(QLatin1String("javascript"));
+}
+
+// In the charset the page names (byte-order mark or <meta charset>), UTF-8 when it
+// names none. Qt 6 alone decodes the Unicode encodings and Latin-1 only, so there a
+// page in another charset is read as UTF-8.
+QString DecodeHtml(const QByteArray &body)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    QStringDecoder decoder = QStringDecoder::decoderForHtml(body);
+    if (!decoder.isValid())
+        decoder = QStringDecoder(QStringDecoder::Utf8);
+    return decoder.decode(body);
+#else
+    return QTextCodec::codecForHtml(body, QTextCodec::codecForName("UTF-8"))->toUnicode(body);
+#endif
 }
 
 } // namespace
@@ -304,8 +323,7 @@ void TextBrowserPage::RemoteFinished(QNetworkReply *reply)
     const QString contentType = reply->header(QNetworkRequest::ContentTypeHeader).toString().toLower();
     QString title;
     if (contentType.contains(QLatin1String("html"))) {
-        QTextCodec *codec = QTextCodec::codecForHtml(body, QTextCodec::codecForName("UTF-8"));
-        m_view->SetRemoteHtml(codec->toUnicode(body));
+        m_view->SetRemoteHtml(DecodeHtml(body));
         title = m_view->documentTitle();
     } else if (IsTextType(contentType) || contentType.isEmpty()) {
         m_view->SetRemoteText(QString::fromUtf8(body));

@@ -3,15 +3,32 @@
 #include <QBuffer>
 #include <QDataStream>
 
+namespace {
+
+// The image predates Qt 6 and must not change with it: Qt 6's QDataStream writes a
+// QMap from the lowest key up (Qt 5 wrote from the highest down) and has a newer
+// default version. Both are fixed here, so every build writes and reads the same
+// bytes, whichever Qt it runs on.
+void Prepare(QDataStream &stream)
+{
+    stream.setVersion(QDataStream::Qt_5_15);
+    stream.setByteOrder(QDataStream::BigEndian);
+}
+
+} // namespace
+
 QByteArray GestureMapCodec::Encode(const QMap<int, int> &map)
 {
     QByteArray image;
     QBuffer buffer(&image);
     buffer.open(QIODevice::WriteOnly);
     QDataStream stream(&buffer);
-    // Qt's own container streaming is the definition of the format, so the image
-    // stays what every earlier build wrote and read.
-    stream << map;
+    Prepare(stream);
+    stream << quint32(map.size());
+    for (auto it = map.constEnd(); it != map.constBegin();) {
+        --it;
+        stream << qint32(it.key()) << qint32(it.value());
+    }
     return image;
 }
 
@@ -24,6 +41,7 @@ QMap<int, int> GestureMapCodec::Decode(const QByteArray &image)
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
     QDataStream stream(&buffer);
+    Prepare(stream);
 
     quint32 count = 0;
     stream >> count;

@@ -9,10 +9,12 @@
 
 /**
  * Converts a gesture map (shape value -> action value) to and from its stored image:
- * exactly what QDataStream writes for a QMap<int, int>, namely the entry count as an
- * unsigned 32-bit big-endian integer, then every entry from the highest key down to
- * the lowest as two signed 32-bit big-endian integers (key, value). The text form is
- * standard Base64 of that image.
+ * the entry count as an unsigned 32-bit big-endian integer, then every entry from the
+ * highest key down to the lowest as two signed 32-bit big-endian integers (key,
+ * value). That is what Qt 5's QDataStream writes for a QMap<int, int>; Qt 6's writes
+ * the entries the other way round, so the image is written here entry by entry and
+ * stays the same whichever Qt the library is built with. The text form is standard
+ * Base64 of the image.
  */
 class GestureMapCodec
 {

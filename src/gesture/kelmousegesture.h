@@ -54,9 +54,9 @@ enum EBrowserAction : qint32 {
  *
  * Everything persistent lives in VosSettingManager under the group "SYS_SETTING":
  * "SYS_SETTING_ENABLE_GESTURE" and "SYS_SETTING_GESTURE_TIP" ("1" on, "0" off, absent
- * on) and "SYS_SETTING_GESTURE_MAP" (Base64 of the QDataStream image of the map). The
- * user's map is read from the store every time it is asked for; only the two switches
- * are held in memory.
+ * on) and "SYS_SETTING_GESTURE_MAP" (Base64 of the map's image as Qt 5's QDataStream
+ * writes it; the same bytes with Qt 6). The user's map is read from the store every
+ * time it is asked for; only the two switches are held in memory.
  *
  * Instance() and ReleaseInstance() belong to the GUI thread like everything else:
  * called from another thread they print a warning and refuse (Instance() returns

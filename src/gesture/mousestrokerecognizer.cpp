@@ -2,6 +2,7 @@
 
 #include "browsergesturehandler.h"
 #include "dpitool.h"
+#include "eventpoint_p.h"
 #include "kelmousegesture.h"
 #include "mousestrokerecognizer_p.h"
 
@@ -227,7 +228,7 @@ bool MouseStrokeRecognizer::eventFilter(QObject *watched, QEvent *event)
             return false;
         d->active = true;
         d->target = static_cast<QWidget *>(watched);
-        d->pressGlobal = mouse->globalPos();
+        d->pressGlobal = KelEventGlobalPos(mouse);
         d->pressModifiers = mouse->modifiers();
         d->reportedMoving = false;
         d->tracker = StrokeTracker(DpiTool::ScaleDefault(d->minimumSegmentLength));
@@ -247,7 +248,7 @@ bool MouseStrokeRecognizer::eventFilter(QObject *watched, QEvent *event)
                 d->handler->HandleGestureEvent(QStringList());
             return false;
         }
-        if (d->tracker.AddPoint(mouse->globalPos())) {
+        if (d->tracker.AddPoint(KelEventGlobalPos(mouse))) {
             const QStringList codes = d->tracker.Codes();
             d->reportedMoving = true;
             const QPointer<MouseStrokeRecognizer> self(this);
@@ -264,7 +265,7 @@ bool MouseStrokeRecognizer::eventFilter(QObject *watched, QEvent *event)
         if (!d->active || mouse->button() != Qt::RightButton)
             return false;
         d->active = false;
-        d->tracker.Finish(mouse->globalPos());
+        d->tracker.Finish(KelEventGlobalPos(mouse));
         const QStringList codes = d->tracker.Codes();
         mouse->accept();
 

@@ -14,7 +14,7 @@ bool KelPushButtonHover::IsHovered() const
     return m_hovered;
 }
 
-void KelPushButtonHover::enterEvent(QEvent *event)
+void KelPushButtonHover::enterEvent(KelEnterEvent *event)
 {
     QPushButton::enterEvent(event);
     SetHovered(true);

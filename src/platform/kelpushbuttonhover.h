@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kelqtcompat.h"
 #include "keltabcontainer_export.h"
 
 #include <QPushButton>
@@ -24,7 +25,7 @@ Q_SIGNALS:
     void SigHoverChanged(bool hovered);
 
 protected:
-    void enterEvent(QEvent *event) override;
+    void enterEvent(KelEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 

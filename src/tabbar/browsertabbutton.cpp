@@ -297,7 +297,7 @@ void BrowserTabButton::UpdateCloseButton()
     d->UpdateTextGeometry();
 }
 
-void BrowserTabButton::enterEvent(QEvent *event)
+void BrowserTabButton::enterEvent(KelEnterEvent *event)
 {
     Q_D(BrowserTabButton);
     BrowserTabButtonBase::enterEvent(event);

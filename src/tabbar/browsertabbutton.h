@@ -1,6 +1,7 @@
 #pragma once
 
 #include "browsertabbuttonbase.h"
+#include "kelqtcompat.h"
 #include "keltabcontainer_export.h"
 
 class BrowserTabBar;
@@ -53,7 +54,7 @@ public:
     void UpdateCloseButton();
 
 protected:
-    void enterEvent(QEvent *event) override;
+    void enterEvent(KelEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

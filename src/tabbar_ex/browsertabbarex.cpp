@@ -882,8 +882,12 @@ void BrowserTabBarEx::SlotRightArrowReleased()
 void BrowserTabBarEx::wheelEvent(QWheelEvent *event)
 {
     Q_D(BrowserTabBarEx);
-    if (!d->overflow)
+    if (!d->overflow) {
+        // Left to the parent. Said outright: Qt 6 delivers a wheel event sent by the
+        // program still accepted, where Qt 5 cleared it before delivery.
+        event->ignore();
         return;
+    }
     // The dominant axis, as the classic single delta had it: a horizontal swipe on a
     // touchpad scrolls the strip as well as a wheel does.
     const QPoint angle = event->angleDelta();

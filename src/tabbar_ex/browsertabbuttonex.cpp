@@ -491,7 +491,7 @@ void BrowserTabButtonEx::SlotIconClicked()
     Q_EMIT SigIconClicked(tab);
 }
 
-void BrowserTabButtonEx::enterEvent(QEvent *event)
+void BrowserTabButtonEx::enterEvent(KelEnterEvent *event)
 {
     Q_D(BrowserTabButtonEx);
     BrowserTabButtonBase::enterEvent(event);

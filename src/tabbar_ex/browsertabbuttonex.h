@@ -1,6 +1,7 @@
 #pragma once
 
 #include "browsertabbuttonbase.h"
+#include "kelqtcompat.h"
 #include "keltabcontainer_export.h"
 
 class BrowserTabBarEx;
@@ -61,7 +62,7 @@ public Q_SLOTS:
     void SlotIconClicked();
 
 protected:
-    void enterEvent(QEvent *event) override;
+    void enterEvent(KelEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 

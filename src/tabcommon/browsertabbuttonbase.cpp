@@ -3,6 +3,7 @@
 #include "browsertabbarbase.h"
 #include "browsertabbarbase_p.h"
 #include "browsertabbuttonbase_p.h"
+#include "eventpoint_p.h"
 #include "vosimagecache.h"
 
 #include <QFileInfo>
@@ -197,7 +198,7 @@ void BrowserTabButtonBase::mousePressEvent(QMouseEvent *event)
 {
     Q_D(BrowserTabButtonBase);
     event->accept();
-    d->lastPressGlobalPos = event->globalPos();
+    d->lastPressGlobalPos = KelEventGlobalPos(event);
     // The receivers may remove this tab and even delete the button (or its bar): keep
     // the record and watch the button across each emission.
     const TabDataPtr tab = d->tabData;

@@ -1,5 +1,7 @@
 #include "tabmenuwatcher_p.h"
 
+#include "eventpoint_p.h"
+
 #include <QApplication>
 #include <QMenu>
 #include <QMouseEvent>
@@ -18,13 +20,13 @@ bool TabMenuWatcher::eventFilter(QObject *watched, QEvent *event)
     if (watched != m_menu || event->type() != QEvent::MouseButtonPress)
         return false;
     auto *press = static_cast<QMouseEvent *>(event);
-    if (press->button() != Qt::RightButton || m_menu->rect().contains(press->pos()))
+    if (press->button() != Qt::RightButton || m_menu->rect().contains(KelEventPos(press)))
         return false;
-    QWidget *widget = QApplication::widgetAt(press->globalPos());
+    QWidget *widget = QApplication::widgetAt(KelEventGlobalPos(press));
     if (!widget || widget->window() == m_menu)
         return false;
     bool taken = false;
-    Q_EMIT SigRightPressElsewhere(widget, press->globalPos(), &taken);
+    Q_EMIT SigRightPressElsewhere(widget, KelEventGlobalPos(press), &taken);
     if (!taken)
         return false;
     // The press is ours: where the window system would replay it to the widget under

@@ -1,5 +1,7 @@
 #include "tabmoveproxy.h"
 
+#include "eventpoint_p.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -38,9 +40,9 @@ QPoint TabMoveProxy::LastGlobalPos() const
 
 void TabMoveProxy::mouseMoveEvent(QMouseEvent *event)
 {
-    m_lastGlobalPos = event->globalPos();
+    m_lastGlobalPos = KelEventGlobalPos(event);
     if (!m_moved) {
-        if (event->globalPos() == m_startPoint)
+        if (KelEventGlobalPos(event) == m_startPoint)
             return;
         m_moved = true;
     }

@@ -15,15 +15,26 @@ namespace TabPointer {
 
 namespace {
 
+// Style sheets draw :hover from hover events, not from the enter or leave itself.
+// (-1, -1) stands for "outside" as in Qt's own hover events. Qt 6.3 added the global
+// position to the constructor and deprecated the one without it.
+void SendHover(QWidget *widget, QEvent::Type type, const QPoint &pos, const QPoint &oldPos, const QPoint &global)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 3, 0)
+    QHoverEvent hover(type, pos, global, oldPos);
+#else
+    Q_UNUSED(global)
+    QHoverEvent hover(type, pos, oldPos);
+#endif
+    QCoreApplication::sendEvent(widget, &hover);
+}
+
 void SendLeave(QWidget *widget, const QPoint &global)
 {
     QEvent leave(QEvent::Leave);
     QCoreApplication::sendEvent(widget, &leave);
-    // Style sheets draw :hover from these, not from the leave itself.
-    if (widget->testAttribute(Qt::WA_Hover)) {
-        QHoverEvent hover(QEvent::HoverLeave, QPoint(-1, -1), widget->mapFromGlobal(global));
-        QCoreApplication::sendEvent(widget, &hover);
-    }
+    if (widget->testAttribute(Qt::WA_Hover))
+        SendHover(widget, QEvent::HoverLeave, QPoint(-1, -1), widget->mapFromGlobal(global), global);
 }
 
 void SendEnter(QWidget *widget, const QPoint &global)
@@ -31,10 +42,8 @@ void SendEnter(QWidget *widget, const QPoint &global)
     const QPoint local = widget->mapFromGlobal(global);
     QEnterEvent enter(local, widget->window()->mapFromGlobal(global), global);
     QCoreApplication::sendEvent(widget, &enter);
-    if (widget->testAttribute(Qt::WA_Hover)) {
-        QHoverEvent hover(QEvent::HoverEnter, local, QPoint(-1, -1));
-        QCoreApplication::sendEvent(widget, &hover);
-    }
+    if (widget->testAttribute(Qt::WA_Hover))
+        SendHover(widget, QEvent::HoverEnter, local, QPoint(-1, -1), global);
 }
 
 // Descendants of @p node that count as under the pointer but lie off @p path, the

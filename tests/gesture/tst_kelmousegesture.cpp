@@ -241,10 +241,13 @@ private Q_SLOTS:
         QCOMPARE(image.mid(4, 8), QByteArray::fromHex("0000000b" "0000000c"));
         QCOMPARE(image.right(8), QByteArray::fromHex("00000001" "00000002"));
 
-        // What QDataStream writes for the same QMap<int, int>, and for the enum map.
         QMap<int, int> intMap;
         for (int shape = 1; shape <= 11; ++shape)
             intMap.insert(shape, shape + 1);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+        // What Qt 5's QDataStream writes for the same QMap<int, int>, and for the enum
+        // map. Qt 6's writes the pairs from the lowest key up; the stored image keeps
+        // Qt 5's order on both.
         QByteArray qtIntImage;
         {
             QDataStream stream(&qtIntImage, QIODevice::WriteOnly);
@@ -257,8 +260,9 @@ private Q_SLOTS:
             stream << FactoryMap();
         }
         QCOMPARE(image, qtEnumImage);
+#endif
 
-        // And it reads back into the same eleven pairs.
+        // And Qt's own streaming reads it back into the same eleven pairs.
         QMap<int, int> readBack;
         QDataStream in(image);
         in >> readBack;

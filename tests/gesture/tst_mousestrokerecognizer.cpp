@@ -241,12 +241,10 @@ private Q_SLOTS:
             for (int i = 0; i < count; ++i) {
                 if (tiny) {
                     // Small steps around a random place, often at the edges of the range.
-                    at = QPoint(int(qBound<qint64>(std::numeric_limits<int>::min(),
-                                                   qint64(at.x()) + int(generator.bounded(81)) - 40,
-                                                   std::numeric_limits<int>::max())),
-                                int(qBound<qint64>(std::numeric_limits<int>::min(),
-                                                   qint64(at.y()) + int(generator.bounded(81)) - 40,
-                                                   std::numeric_limits<int>::max())));
+                    const qint64 lowest = std::numeric_limits<int>::min();
+                    const qint64 highest = std::numeric_limits<int>::max();
+                    at = QPoint(int(qBound(lowest, qint64(at.x()) + int(generator.bounded(81)) - 40, highest)),
+                                int(qBound(lowest, qint64(at.y()) + int(generator.bounded(81)) - 40, highest)));
                 } else {
                     at = QPoint(int(generator.generate()), int(generator.generate()));
                 }
@@ -361,7 +359,7 @@ private Q_SLOTS:
 
     void keyboardContextMenuPassesUntouched()
     {
-        QContextMenuEvent request(QContextMenuEvent::Keyboard, QPoint(5, 5));
+        QContextMenuEvent request(QContextMenuEvent::Keyboard, QPoint(5, 5), m_window->mapToGlobal(QPoint(5, 5)));
         QApplication::sendEvent(m_window.get(), &request);
         QCOMPARE(m_window->contextMenus.size(), 1);
         QCOMPARE(m_window->contextMenus.at(0).second, QContextMenuEvent::Keyboard);

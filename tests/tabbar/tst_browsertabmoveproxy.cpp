@@ -57,7 +57,17 @@ public:
     {
         const QPoint global = m_start + QPoint(left - m_x0, 0);
         QVERIFY(WarpPointer(global));
-        QTest::mouseMove(m_window->windowHandle(), Local(global));
+        const QPoint local = Local(global);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+        // The proxy holds the mouse, so a point right of or below the window still
+        // reaches it. QTest remarks on such a point; Qt 6's QTest says so as a Qt
+        // warning, which this suite fails on unless announced.
+        const QSize size = m_window->windowHandle()->geometry().size();
+        if (local.x() >= size.width() || local.y() >= size.height())
+            QTest::ignoreMessage(QtWarningMsg,
+                                 QRegularExpression(QStringLiteral("^Mouse event at .* occurs outside target window")));
+#endif
+        QTest::mouseMove(m_window->windowHandle(), local);
     }
 
     void Release()

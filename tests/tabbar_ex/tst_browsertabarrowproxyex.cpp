@@ -59,7 +59,8 @@ void TstBrowserTabArrowProxyEx::otherReleaseKeepsIt()
     QSignalSpy released(&proxy, &BrowserTabArrowProxyEx::SigButtonRelease);
     proxy.show();
     QVERIFY(QTest::qWaitForWindowExposed(&proxy));
-    QMouseEvent rightRelease(QEvent::MouseButtonRelease, QPointF(0, 0), Qt::RightButton, Qt::NoButton, Qt::NoModifier);
+    QMouseEvent rightRelease(QEvent::MouseButtonRelease, QPointF(0, 0), QPointF(proxy.mapToGlobal(QPoint(0, 0))),
+                             Qt::RightButton, Qt::NoButton, Qt::NoModifier);
     rightRelease.setAccepted(false);
     QCoreApplication::sendEvent(&proxy, &rightRelease);
     QVERIFY(rightRelease.isAccepted());
@@ -74,7 +75,8 @@ void TstBrowserTabArrowProxyEx::pressIsAccepted()
     BrowserTabArrowProxyEx proxy;
     proxy.show();
     QVERIFY(QTest::qWaitForWindowExposed(&proxy));
-    QMouseEvent press(QEvent::MouseButtonPress, QPointF(0, 0), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(0, 0), QPointF(proxy.mapToGlobal(QPoint(0, 0))), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
     press.setAccepted(false);
     QCoreApplication::sendEvent(&proxy, &press);
     QVERIFY(press.isAccepted());

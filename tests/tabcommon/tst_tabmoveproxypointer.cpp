@@ -1,3 +1,4 @@
+#include "eventpoint_p.h"
 #include "keltabtest.h"
 
 #include "tabmoveproxy.h"
@@ -23,7 +24,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override
     {
         ++presses;
-        m_proxy->SetStartPoint(event->globalPos());
+        m_proxy->SetStartPoint(KelEventGlobalPos(event));
         m_proxy->show();
     }
 

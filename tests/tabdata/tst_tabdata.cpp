@@ -110,7 +110,7 @@ void TstTabData::defaultConstructedRecord()
     QVERIFY(record.GetData().isEmpty());
     // The extension is the integer 0, deliberately not an invalid variant.
     QVERIFY(record.GetVarExtend().isValid());
-    QCOMPARE(record.GetVarExtend().type(), QVariant::Int);
+    QCOMPARE(record.GetVarExtend().userType(), int(QMetaType::Int));
     QCOMPARE(record.GetVarExtend().toInt(), 0);
 }
 
@@ -205,7 +205,7 @@ void TstTabData::setUrlIgnoredForTypesWithoutUrl()
     record.SetTabType(static_cast<TabData::TabType>(type));
     record.SetUrl(QStringLiteral("https://example.org/"));
     QVERIFY(record.GetUrl().isEmpty());
-    QCOMPARE(record.GetVarExtend().type(), QVariant::Int);
+    QCOMPARE(record.GetVarExtend().userType(), int(QMetaType::Int));
     QCOMPARE(record.GetVarExtend().toInt(), 0);
 }
 
@@ -345,7 +345,11 @@ void TstTabData::ordering()
 
 void TstTabData::pointerTypeIsRegisteredByName()
 {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    const int id = QMetaType::fromName("TabDataPtr").id();
+#else
     const int id = QMetaType::type("TabDataPtr");
+#endif
     QVERIFY(id != QMetaType::UnknownType);
     QCOMPARE(id, qMetaTypeId<TabDataPtr>());
 }

@@ -579,7 +579,10 @@ bool HeadlessTour::WriteFiles()
         if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
             return false;
         QTextStream out(&file);
+        // Qt 6 writes UTF-8 unless told otherwise and has no setCodec().
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
         out.setCodec("UTF-8");
+#endif
         for (const QString &line : lines)
             out << line << '\n';
         return true;

@@ -35,7 +35,10 @@ QStringList ReadLines(const QString &path)
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return QStringList();
     QTextStream in(&file);
+    // Qt 6 reads UTF-8 unless told otherwise and has no setCodec().
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     in.setCodec("UTF-8");
+#endif
     QStringList lines;
     while (!in.atEnd())
         lines.append(in.readLine());
