@@ -239,7 +239,7 @@ void BrowserTabBarBasePrivate::UpdateFocusRing()
 {
     Q_Q(BrowserTabBarBase);
     BrowserTabButtonBase *button = focusButton;
-    const bool shown = button && q->hasFocus();
+    const bool shown = button && q->hasFocus() && focusVisible;
     if (button)
         button->setProperty("keyboardFocus", shown);
     if (!shown) {
@@ -289,6 +289,8 @@ bool BrowserTabBarBasePrivate::HandleKey(QKeyEvent *event)
     if (!IsTabKey(event) || buttons.isEmpty())
         return false;
     const int index = FocusIndex();
+    focusVisible = true;
+    UpdateFocusRing();
     // Left and right follow the screen: in a right-to-left layout the first tab is on the right.
     const int forward = q->layoutDirection() == Qt::RightToLeft ? -1 : 1;
     switch (event->key()) {
@@ -893,6 +895,8 @@ void BrowserTabBarBase::focusInEvent(QFocusEvent *event)
 {
     Q_D(BrowserTabBarBase);
     QFrame::focusInEvent(event);
+    const Qt::FocusReason reason = event->reason();
+    d->focusVisible = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
     d->SetFocusIndex(d->FocusIndex());
 }
 
@@ -900,6 +904,7 @@ void BrowserTabBarBase::focusOutEvent(QFocusEvent *event)
 {
     Q_D(BrowserTabBarBase);
     QFrame::focusOutEvent(event);
+    d->focusVisible = false;
     d->UpdateFocusRing();
 }
 

@@ -102,6 +102,9 @@ public:
     // Drawn on focusButton while the bar has the focus; a child of that button, so it
     // goes with it (and is made again after a removal).
     QPointer<TabFocusRing> focusRing;
+    // The ring shows only once the keyboard is in use in the bar (Tab into it, or one
+    // of its keys): a window that hands the bar its focus on activation shows none.
+    bool focusVisible = false;
 
     // --- shared behaviour ---------------------------------------------------------
 

@@ -173,6 +173,14 @@ void TstBrowserTabBarKeyboard::tabKeyFocusesTheBarAndShowsARing()
     QVERIFY(!ring->isVisible());
     QVERIFY(!m_bar->TabButton(1)->property("keyboardFocus").toBool());
     QCOMPARE(FocusedTab(), -1);
+    // Focus given by code, as a window does on activation, draws no ring until a key
+    // of the bar is used.
+    m_bar->setFocus(Qt::ActiveWindowFocusReason);
+    QVERIFY(m_bar->hasFocus());
+    QVERIFY(!ring->isVisible());
+    QTest::keyClick(m_bar, Qt::Key_Right);
+    QVERIFY(ring->isVisible());
+    QCOMPARE(ring->parentWidget(), m_bar->TabButton(2));
 }
 
 using Keys = QList<QPair<int, int>>; // key, modifiers
