@@ -9,6 +9,7 @@ KELTAB_PACKAGES=(
     xvfb xauth fonts-dejavu-core
     x11-xkb-utils xkb-data libx11-dev libxtst-dev
     libqt5svg5 qt5-image-formats-plugins libqt6svg6 qt6-image-formats-plugins openssl
+    dbus-daemon dbus-bin at-spi2-core
 )
 
 keltab_install_deps() {

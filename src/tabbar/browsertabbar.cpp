@@ -382,6 +382,11 @@ void BrowserTabBarPrivate::EndPress(BrowserTabButtonBase *button)
     static_cast<BrowserTabButton *>(button)->UpdateAfterRelease();
 }
 
+QList<QWidget *> BrowserTabBarPrivate::AccessibleControls() const
+{
+    return {newTabButton};
+}
+
 void BrowserTabBarPrivate::DragAbandoned()
 {
     // The tab under the drag is going away: the release that would normally end the

@@ -50,4 +50,5 @@ public:
     void DragTo(const QPoint &globalPos) override;
     void EndPress(BrowserTabButtonBase *button) override;
     void DragAbandoned() override;
+    QList<QWidget *> AccessibleControls() const override;
 };

@@ -670,6 +670,17 @@ void BrowserTabBarExPrivate::EndPress(BrowserTabButtonBase *button)
     BringIntoView(buttons.indexOf(button));
 }
 
+void BrowserTabBarExPrivate::ShowTab(int index)
+{
+    Q_Q(BrowserTabBarEx);
+    q->showIndex(index);
+}
+
+QList<QWidget *> BrowserTabBarExPrivate::AccessibleControls() const
+{
+    return {leftArrow, rightArrow};
+}
+
 void BrowserTabBarExPrivate::DragAbandoned()
 {
     if (dragging)

@@ -106,4 +106,6 @@ public:
     void DragTo(const QPoint &globalPos) override;
     void EndPress(BrowserTabButtonBase *button) override;
     void DragAbandoned() override;
+    void ShowTab(int index) override;
+    QList<QWidget *> AccessibleControls() const override;
 };

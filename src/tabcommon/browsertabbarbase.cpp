@@ -8,12 +8,16 @@
 #include "tablookup_p.h"
 #include "tableavewatcher_p.h"
 #include "tabmenuwatcher_p.h"
+#include "tabaccessible_p.h"
+#include "tabfocusring_p.h"
 #include "tabmoveproxy.h"
 #include "tabpointer_p.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QCursor>
+#include <QKeyEvent>
 
 namespace {
 
@@ -112,6 +116,10 @@ void BrowserTabBarBasePrivate::MoveEntry(int from, int to)
     // The current tab stays the same tab; a negative index set by the host stays as it is.
     if (current)
         currentIndex = buttons.indexOf(current);
+    if (QAccessible::isActive()) {
+        QAccessibleEvent event(q_func(), QAccessible::ObjectReorder);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 void BrowserTabBarBasePrivate::AbandonDrag()
@@ -202,6 +210,131 @@ void BrowserTabBarBasePrivate::RunMenu(BrowserTabButtonBase *button, QPoint glob
     ResyncPointer();
 }
 
+int BrowserTabBarBasePrivate::FocusIndex() const
+{
+    const int index = focusButton ? buttons.indexOf(focusButton.data()) : -1;
+    if (index >= 0)
+        return index;
+    if (IsValidIndex(currentIndex))
+        return currentIndex;
+    return buttons.isEmpty() ? -1 : 0;
+}
+
+void BrowserTabBarBasePrivate::SetFocusIndex(int index)
+{
+    Q_Q(BrowserTabBarBase);
+    BrowserTabButtonBase *previous = focusButton;
+    BrowserTabButtonBase *button = buttons.isEmpty() ? nullptr : buttons.at(qBound(0, index, buttons.size() - 1));
+    focusButton = button;
+    if (previous && previous != button)
+        previous->setProperty("keyboardFocus", false);
+    UpdateFocusRing();
+    if (!button || !q->hasFocus())
+        return;
+    ShowTab(buttons.indexOf(button));
+    NotifyTab(button, QAccessible::Focus);
+}
+
+void BrowserTabBarBasePrivate::UpdateFocusRing()
+{
+    Q_Q(BrowserTabBarBase);
+    BrowserTabButtonBase *button = focusButton;
+    const bool shown = button && q->hasFocus() && focusVisible;
+    if (button)
+        button->setProperty("keyboardFocus", shown);
+    if (!shown) {
+        if (focusRing)
+            focusRing->Follow(nullptr);
+        return;
+    }
+    if (!focusRing)
+        focusRing = new TabFocusRing(button);
+    focusRing->Follow(button);
+}
+
+void BrowserTabBarBasePrivate::NotifyTab(BrowserTabButtonBase *button, int type)
+{
+    if (!button || !QAccessible::isActive())
+        return;
+    QAccessibleEvent event(button, static_cast<QAccessible::Event>(type));
+    QAccessible::updateAccessibility(&event);
+}
+
+bool BrowserTabBarBasePrivate::IsTabKey(const QKeyEvent *event) const
+{
+    const Qt::KeyboardModifiers mods = event->modifiers() & ~Qt::KeypadModifier;
+    switch (event->key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+    case Qt::Key_Delete:
+    case Qt::Key_Menu:
+        return mods == Qt::NoModifier;
+    case Qt::Key_W:
+        return mods == Qt::ControlModifier;
+    case Qt::Key_F10:
+        return mods == Qt::ShiftModifier;
+    default:
+        return false;
+    }
+}
+
+bool BrowserTabBarBasePrivate::HandleKey(QKeyEvent *event)
+{
+    Q_Q(BrowserTabBarBase);
+    if (!IsTabKey(event) || buttons.isEmpty())
+        return false;
+    const int index = FocusIndex();
+    focusVisible = true;
+    UpdateFocusRing();
+    // Left and right follow the screen: in a right-to-left layout the first tab is on the right.
+    const int forward = q->layoutDirection() == Qt::RightToLeft ? -1 : 1;
+    switch (event->key()) {
+    case Qt::Key_Left:
+        SetFocusIndex(index - forward);
+        break;
+    case Qt::Key_Right:
+        SetFocusIndex(index + forward);
+        break;
+    case Qt::Key_Home:
+        SetFocusIndex(0);
+        break;
+    case Qt::Key_End:
+        SetFocusIndex(buttons.size() - 1);
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+        // The path of a click on the tab.
+        q->SlotChangeClicked(buttons.at(index)->GetTabData());
+        break;
+    case Qt::Key_Delete:
+    case Qt::Key_W:
+        // As the menu's "Close tab" asks: the host decides, the widths do not freeze
+        // (no pointer stands over the tabs).
+        if (q->CheckCloseCurItem(index))
+            Q_EMIT q->tabCloseRequested(index);
+        break;
+    case Qt::Key_Menu:
+    case Qt::Key_F10:
+        if (menu && !menuRunning) {
+            BrowserTabButtonBase *button = buttons.at(index);
+            ShowTab(index);
+            // Under the tab, where a menu opened from it would drop down.
+            RunMenu(button, button->mapToGlobal(QPoint(0, button->height())));
+        }
+        break;
+    default:
+        return false;
+    }
+    event->accept();
+    return true;
+}
+
 bool BrowserTabBarBasePrivate::OpenMenuNext(QWidget *widget, const QPoint &globalPos)
 {
     for (QWidget *w = widget; w; w = w->parentWidget()) {
@@ -228,6 +361,10 @@ BrowserTabBarBase::BrowserTabBarBase(BrowserTabBarBasePrivate &dd, QWidget *pare
     Q_D(BrowserTabBarBase);
     d->q_ptr = this;
     d->InitBase();
+    // Reached by Tab, never by a click: a click on a tab must not take the focus
+    // from the page.
+    setFocusPolicy(Qt::TabFocus);
+    TabAccessible::InstallFactory();
 }
 
 BrowserTabBarBase::~BrowserTabBarBase()
@@ -314,6 +451,7 @@ int BrowserTabBarBase::insertTab(int index, TabDataPtr tab, const QString &iconP
     }
     index = d->InsertButton(index, d->CreateButton(tab, iconPath, loading));
     d->Relayout();
+    BrowserTabBarBasePrivate::NotifyTab(d->buttons.at(index), QAccessible::ObjectCreated);
     d->ResyncPointer();
     return index;
 }
@@ -340,9 +478,12 @@ void BrowserTabBarBase::removeTab(int index)
     if (d->pressedButton == button)
         d->AbandonDrag();
 
+    const bool hadFocus = d->focusButton == button;
     d->buttons.removeAt(index);
     // A button waiting for deletion must not reach the bar any more.
     disconnect(button, nullptr, this, nullptr);
+    // Told while the button still exists, so that a client can still ask about it.
+    BrowserTabBarBasePrivate::NotifyTab(button, QAccessible::ObjectDestroyed);
 
     bool lostCurrent = false;
     if (index < d->currentIndex) {
@@ -363,6 +504,9 @@ void BrowserTabBarBase::removeTab(int index)
     else
         button->deleteLater();
     d->ResyncPointer();
+    // The keyboard focus goes to the tab that took the removed one's place.
+    if (hadFocus)
+        d->SetFocusIndex(qMin(index, d->buttons.size() - 1));
 
     if (lostCurrent)
         Q_EMIT currentChanged(-1);
@@ -395,6 +539,19 @@ void BrowserTabBarBase::setCurrentIndex(int index)
             button->SetChecked(checked);
     }
     d->CurrentTabChanged(previous);
+    if (QAccessible::isActive()) {
+        if (BrowserTabButtonBase *old = d->ButtonAt(previous)) {
+            QAccessible::State changed;
+            changed.selected = true;
+            QAccessibleStateChangeEvent event(old, changed);
+            QAccessible::updateAccessibility(&event);
+        }
+    }
+    if (BrowserTabButtonBase *button = d->ButtonAt(index)) {
+        BrowserTabBarBasePrivate::NotifyTab(button, QAccessible::Selection);
+        // The keyboard focus follows the tab made current, as it does in a browser.
+        d->SetFocusIndex(index);
+    }
     Q_EMIT currentChanged(index);
 }
 
@@ -714,6 +871,42 @@ void BrowserTabBarBase::SlotRecoverRecentlyTab()
 
 // ---------------------------------------------------------------------------
 // Events
+
+bool BrowserTabBarBase::event(QEvent *event)
+{
+    Q_D(BrowserTabBarBase);
+    // The bar's keys come before the shortcut table while the bar has the focus, and
+    // only then: without the focus no key reaches it.
+    if (event->type() == QEvent::ShortcutOverride && d->IsTabKey(static_cast<QKeyEvent *>(event))) {
+        event->accept();
+        return true;
+    }
+    return QFrame::event(event);
+}
+
+void BrowserTabBarBase::keyPressEvent(QKeyEvent *event)
+{
+    Q_D(BrowserTabBarBase);
+    if (!d->HandleKey(event))
+        QFrame::keyPressEvent(event);
+}
+
+void BrowserTabBarBase::focusInEvent(QFocusEvent *event)
+{
+    Q_D(BrowserTabBarBase);
+    QFrame::focusInEvent(event);
+    const Qt::FocusReason reason = event->reason();
+    d->focusVisible = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+    d->SetFocusIndex(d->FocusIndex());
+}
+
+void BrowserTabBarBase::focusOutEvent(QFocusEvent *event)
+{
+    Q_D(BrowserTabBarBase);
+    QFrame::focusOutEvent(event);
+    d->focusVisible = false;
+    d->UpdateFocusRing();
+}
 
 void BrowserTabBarBase::leaveEvent(QEvent *event)
 {

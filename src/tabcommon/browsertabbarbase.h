@@ -237,8 +237,12 @@ protected:
     /** Number of fixed tabs at the start of the strip. Default: 0. */
     virtual int FixedTabCount();
 
+    bool event(QEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
 
     std::unique_ptr<BrowserTabBarBasePrivate> const d_ptr;
 
@@ -248,4 +252,7 @@ private:
     // The buttons ask the bar's policy (double click, plug-in icons).
     friend class BrowserTabButtonBase;
     friend class BrowserTabButtonBasePrivate;
+    // The accessible interfaces read the keyboard focus and the strip's own buttons.
+    friend class TabBarAccessible;
+    friend class TabButtonAccessible;
 };

@@ -11,6 +11,8 @@
 #include <QPointer>
 #include <QTimer>
 
+class QKeyEvent;
+
 #include <memory>
 
 class BrowserTabButtonBase;
@@ -18,6 +20,7 @@ class ITabManager;
 class KelMenu;
 class QAction;
 class TabLeaveWatcher;
+class TabFocusRing;
 class TabMoveProxy;
 
 class BrowserTabBarBasePrivate
@@ -93,6 +96,16 @@ public:
     QPoint pressOffset;      // x: button x minus the pointer's global x at the press; y: button y
     std::unique_ptr<TabMoveProxy> moveProxy; // a parentless popup, owned here
 
+    // Keyboard. The tab the arrow keys have reached: the same tab wherever it moves;
+    // when it is removed, its neighbour takes the focus.
+    QPointer<BrowserTabButtonBase> focusButton;
+    // Drawn on focusButton while the bar has the focus; a child of that button, so it
+    // goes with it (and is made again after a removal).
+    QPointer<TabFocusRing> focusRing;
+    // The ring shows only once the keyboard is in use in the bar (Tab into it, or one
+    // of its keys): a window that hands the bar its focus on activation shows none.
+    bool focusVisible = false;
+
     // --- shared behaviour ---------------------------------------------------------
 
     int Count() const { return buttons.size(); }
@@ -131,6 +144,22 @@ public:
      */
     void ResyncPointer(int attempts = 40);
 
+    /** The tab with the keyboard focus: focusButton's index, else the current tab's, else -1. */
+    int FocusIndex() const;
+    /**
+     * Moves the keyboard focus to the tab at @p index (clamped to the tabs), shows it,
+     * and tells assistive technology when the bar has the focus.
+     */
+    void SetFocusIndex(int index);
+    /** Shows or hides the focus ring to match the bar's focus. */
+    void UpdateFocusRing();
+    /** Handles a key while the bar has the focus; returns whether it was one of ours. */
+    bool HandleKey(QKeyEvent *event);
+    /** Whether HandleKey() takes @p event (so that no shortcut takes it first). */
+    bool IsTabKey(const QKeyEvent *event) const;
+    /** Sends @p type about the tab button @p button to assistive technology. */
+    static void NotifyTab(BrowserTabButtonBase *button, int type);
+
     // --- what each strip supplies ---------------------------------------------------
 
     /** Makes the button of a new tab, parented where the strip keeps it. */
@@ -166,4 +195,11 @@ public:
     virtual void EndPress(BrowserTabButtonBase *button) = 0;
     /** The pressed tab is being removed while it is held. */
     virtual void DragAbandoned() = 0;
+    /** Brings the tab at @p index into view (the keyboard moved to it). Default: nothing. */
+    virtual void ShowTab(int index) { Q_UNUSED(index) }
+    /**
+     * The strip's own buttons that assistive technology lists after the tabs (scroll
+     * arrows, new tab). Default: none.
+     */
+    virtual QList<QWidget *> AccessibleControls() const { return {}; }
 };

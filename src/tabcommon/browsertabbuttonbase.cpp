@@ -4,8 +4,10 @@
 #include "browsertabbarbase_p.h"
 #include "browsertabbuttonbase_p.h"
 #include "eventpoint_p.h"
+#include "tabbuttonaccessible_p.h"
 #include "vosimagecache.h"
 
+#include <QAccessible>
 #include <QFileInfo>
 #include <QMouseEvent>
 
@@ -67,6 +69,15 @@ void BrowserTabButtonBase::SetTitle(const QString &title)
     d->tabData->SetTitle(title);
     setToolTip(title.toHtmlEscaped());
     d->SetTitle(title);
+    if (QAccessible::isActive()) {
+        QAccessibleEvent event(this, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+        // The close button's name carries the title too.
+        if (QWidget *close = TabButtonAccessible::CloseButton(this)) {
+            QAccessibleEvent closeEvent(close, QAccessible::NameChanged);
+            QAccessible::updateAccessibility(&closeEvent);
+        }
+    }
 }
 
 void BrowserTabButtonBase::SetIconUrl(const QString &url)

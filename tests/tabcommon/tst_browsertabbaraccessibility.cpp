@@ -1,0 +1,472 @@
+// What assistive technology reads from both tab strips through Qt's accessibility
+// tree, and the events that keep a client's copy of that tree current. Every row runs
+// on the classic bar and on the scrolling bar; the rows marked "QTabBar" hold Qt's own
+// tab bar to the same assertions where it has the feature, as a control.
+
+#include "bothbars.h"
+#include "keltabtest.h"
+
+#include "dpitool.h"
+
+#include <QAccessible>
+#include <QAbstractButton>
+#include <QTabBar>
+
+#include <memory>
+
+using BothBars::Kind;
+
+namespace {
+
+struct Recorded
+{
+    QAccessible::Event type;
+    QAccessible::Role role;
+    QString name;
+};
+
+QList<Recorded> g_events;
+
+void RecordEvent(QAccessibleEvent *event)
+{
+    Recorded recorded{event->type(), QAccessible::NoRole, QString()};
+    // Resolved now: the event names its object (and child) only while it is delivered.
+    if (QAccessibleInterface *iface = event->accessibleInterface()) {
+        recorded.role = iface->role();
+        recorded.name = iface->text(QAccessible::Name);
+    }
+    g_events << recorded;
+}
+
+bool HasEvent(QAccessible::Event type, QAccessible::Role role, const QString &name)
+{
+    for (const Recorded &event : qAsConst(g_events)) {
+        if (event.type == type && event.role == role && event.name == name)
+            return true;
+    }
+    return false;
+}
+
+QString Dump()
+{
+    QStringList lines;
+    for (const Recorded &event : qAsConst(g_events))
+        lines << QStringLiteral("0x%1 role 0x%2 \"%3\"").arg(event.type, 0, 16).arg(event.role, 0, 16).arg(event.name);
+    return lines.join(QLatin1Char('\n'));
+}
+
+QAccessibleInterface *Iface(QObject *object)
+{
+    return QAccessible::queryAccessibleInterface(object);
+}
+
+// The page tabs among @p list's direct children, in order.
+QList<QAccessibleInterface *> PageTabs(QAccessibleInterface *list)
+{
+    QList<QAccessibleInterface *> tabs;
+    for (int i = 0; i < list->childCount(); ++i) {
+        QAccessibleInterface *child = list->child(i);
+        if (child && child->role() == QAccessible::PageTab)
+            tabs << child;
+    }
+    return tabs;
+}
+
+QStringList Names(const QList<QAccessibleInterface *> &list)
+{
+    QStringList names;
+    for (QAccessibleInterface *iface : list)
+        names << iface->text(QAccessible::Name);
+    return names;
+}
+
+// The children of @p list that are buttons, by name.
+QAccessibleInterface *ButtonNamed(QAccessibleInterface *list, const QString &name)
+{
+    for (int i = 0; i < list->childCount(); ++i) {
+        QAccessibleInterface *child = list->child(i);
+        if (child && child->role() == QAccessible::Button && child->text(QAccessible::Name) == name)
+            return child;
+    }
+    return nullptr;
+}
+
+QAbstractButton *CloseButtonOf(BrowserTabButtonBase *tab)
+{
+    for (QAbstractButton *candidate : tab->findChildren<QAbstractButton *>()) {
+        if (candidate->objectName().startsWith(QLatin1String("TabButtonCloseBtn")))
+            return candidate;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+class TstBrowserTabBarAccessibility : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void barIsAPageTabListOfItsTabsInOrder_data();
+    void barIsAPageTabListOfItsTabsInOrder();
+    void qtabbarIsAPageTabListOfItsTabsInOrder();
+    void namesAreFullTitles_data();
+    void namesAreFullTitles();
+    void onlyTheCurrentTabIsSelected_data();
+    void onlyTheCurrentTabIsSelected();
+    void pressActionMakesTheTabCurrent_data();
+    void pressActionMakesTheTabCurrent();
+    void rectIsTheTabOnScreen_data();
+    void rectIsTheTabOnScreen();
+    void closeButtonIsANamedButtonThatCloses_data();
+    void closeButtonIsANamedButtonThatCloses();
+    void stripButtonsAreNamedWithTheirState_data();
+    void stripButtonsAreNamedWithTheirState();
+    void scrolledAwayTabsAreOffscreen();
+    void changesAreAnnounced_data();
+    void changesAreAnnounced();
+    void qtabbarAnnouncesTheSame_data();
+    void qtabbarAnnouncesTheSame();
+
+private:
+    std::unique_ptr<BrowserTabBarBase> MakeBar(Kind kind, int tabs, int width = 900);
+};
+
+void TstBrowserTabBarAccessibility::initTestCase()
+{
+    DpiTool::SetScaleFactor(1.0);
+    // As when a screen reader is running: the widgets only send events then.
+    QAccessible::setActive(true);
+    QAccessible::installUpdateHandler(&RecordEvent);
+}
+
+void TstBrowserTabBarAccessibility::init()
+{
+    g_events.clear();
+}
+
+void TstBrowserTabBarAccessibility::cleanup()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    g_events.clear();
+}
+
+std::unique_ptr<BrowserTabBarBase> TstBrowserTabBarAccessibility::MakeBar(Kind kind, int tabs, int width)
+{
+    std::unique_ptr<BrowserTabBarBase> bar(BothBars::Make(kind));
+    bar->resize(width, 40);
+    BothBars::Fill(*bar, tabs);
+    bar->show();
+    if (!QTest::qWaitForWindowExposed(bar.get()))
+        return nullptr;
+    return bar;
+}
+
+void TstBrowserTabBarAccessibility::barIsAPageTabListOfItsTabsInOrder_data()
+{
+    QTest::addColumn<Kind>("bar");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%sfive tabs", prefix) << kind; });
+}
+
+// The tabs are the list's direct children, in display order, and know it as their
+// parent: the frames that hold them inside the bar stay out of the way.
+void TstBrowserTabBarAccessibility::barIsAPageTabListOfItsTabsInOrder()
+{
+    QFETCH(Kind, bar);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 5);
+    QVERIFY(b);
+    QAccessibleInterface *list = Iface(b.get());
+    QVERIFY(list);
+    QCOMPARE(list->role(), QAccessible::PageTabList);
+    const QList<QAccessibleInterface *> tabs = PageTabs(list);
+    QCOMPARE(Names(tabs), BothBars::Titles(*b));
+    for (int i = 0; i < b->count(); ++i) {
+        QAccessibleInterface *tab = list->child(i);
+        QCOMPARE(tab->object(), static_cast<QObject *>(b->TabButton(i)));
+        QCOMPARE(tab->parent(), list);
+        QCOMPARE(list->indexOfChild(tab), i);
+    }
+    // A move shows in the order at once.
+    b->moveTab(0, 3);
+    QCOMPARE(Names(PageTabs(list)), (QStringList{"t1", "t2", "t3", "t0", "t4"}));
+    b->removeTab(1);
+    QCOMPARE(Names(PageTabs(list)), (QStringList{"t1", "t3", "t0", "t4"}));
+}
+
+void TstBrowserTabBarAccessibility::qtabbarIsAPageTabListOfItsTabsInOrder()
+{
+    QTabBar bar;
+    for (int i = 0; i < 5; ++i)
+        bar.addTab(QStringLiteral("t%1").arg(i));
+    bar.resize(900, 40);
+    bar.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    QAccessibleInterface *list = Iface(&bar);
+    QCOMPARE(list->role(), QAccessible::PageTabList);
+    QCOMPARE(Names(PageTabs(list)), (QStringList{"t0", "t1", "t2", "t3", "t4"}));
+    bar.moveTab(0, 3);
+    QCOMPARE(Names(PageTabs(list)), (QStringList{"t1", "t2", "t3", "t0", "t4"}));
+}
+
+void TstBrowserTabBarAccessibility::namesAreFullTitles_data()
+{
+    QTest::addColumn<Kind>("bar");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%snarrow tabs", prefix) << kind; });
+}
+
+// The label cuts or elides a long title; the name is the whole of it.
+void TstBrowserTabBarAccessibility::namesAreFullTitles()
+{
+    QFETCH(Kind, bar);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 6, 500);
+    QVERIFY(b);
+    const QString title = QStringLiteral("Welcome to the example site of a very long title indeed");
+    b->setTabText(2, title);
+    QAccessibleInterface *tab = Iface(b.get())->child(2);
+    QCOMPARE(tab->text(QAccessible::Name), title);
+    QVERIFY(b->tabRect(2).width() < b->fontMetrics().horizontalAdvance(title));
+}
+
+void TstBrowserTabBarAccessibility::onlyTheCurrentTabIsSelected_data()
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<int>("current");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) {
+        QTest::addRow("%sfirst", prefix) << kind << 0;
+        QTest::addRow("%smiddle", prefix) << kind << 2;
+        QTest::addRow("%slast", prefix) << kind << 4;
+        QTest::addRow("%snone", prefix) << kind << -1;
+    });
+}
+
+void TstBrowserTabBarAccessibility::onlyTheCurrentTabIsSelected()
+{
+    QFETCH(Kind, bar);
+    QFETCH(int, current);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 5);
+    QVERIFY(b);
+    b->setCurrentIndex(current == 1 ? 0 : 1);
+    b->setCurrentIndex(current);
+    QAccessibleInterface *list = Iface(b.get());
+    for (int i = 0; i < b->count(); ++i) {
+        const QAccessible::State state = list->child(i)->state();
+        QCOMPARE(bool(state.selected), i == current);
+        QVERIFY(state.selectable);
+        QVERIFY(!state.invisible);
+    }
+}
+
+void TstBrowserTabBarAccessibility::pressActionMakesTheTabCurrent_data()
+{
+    QTest::addColumn<Kind>("bar");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%spress", prefix) << kind; });
+}
+
+void TstBrowserTabBarAccessibility::pressActionMakesTheTabCurrent()
+{
+    QFETCH(Kind, bar);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 5);
+    QVERIFY(b);
+    b->setCurrentIndex(0);
+    QSignalSpy current(b.get(), &BrowserTabBarBase::currentChanged);
+    QAccessibleInterface *tab = Iface(b.get())->child(3);
+    QAccessibleActionInterface *action = tab->actionInterface();
+    QVERIFY(action);
+    QVERIFY(action->actionNames().contains(QAccessibleActionInterface::pressAction()));
+    action->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(b->currentIndex(), 3);
+    QCOMPARE(current.count(), 1);
+    QCOMPARE(current.at(0).at(0).toInt(), 3);
+    QVERIFY(tab->state().selected);
+    QVERIFY(!Iface(b.get())->child(0)->state().selected);
+}
+
+void TstBrowserTabBarAccessibility::rectIsTheTabOnScreen_data()
+{
+    QTest::addColumn<Kind>("bar");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%srects", prefix) << kind; });
+}
+
+void TstBrowserTabBarAccessibility::rectIsTheTabOnScreen()
+{
+    QFETCH(Kind, bar);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 4);
+    QVERIFY(b);
+    b->move(37, 21);
+    QAccessibleInterface *list = Iface(b.get());
+    for (int i = 0; i < b->count(); ++i) {
+        const QRect expected(b->mapToGlobal(b->tabRect(i).topLeft()), b->tabRect(i).size());
+        QCOMPARE(list->child(i)->rect(), expected);
+        QCOMPARE(list->childAt(expected.center().x(), expected.center().y()) == list->child(i) ||
+                     list->childAt(expected.center().x(), expected.center().y())->parent() == list->child(i),
+                 true);
+    }
+}
+
+void TstBrowserTabBarAccessibility::closeButtonIsANamedButtonThatCloses_data()
+{
+    QTest::addColumn<Kind>("bar");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%sclose", prefix) << kind; });
+}
+
+void TstBrowserTabBarAccessibility::closeButtonIsANamedButtonThatCloses()
+{
+    QFETCH(Kind, bar);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 3);
+    QVERIFY(b);
+    b->setCurrentIndex(1);
+    QAccessibleInterface *tab = Iface(b.get())->child(1);
+    QCOMPARE(tab->childCount(), 1);
+    QAccessibleInterface *close = tab->child(0);
+    QCOMPARE(close->role(), QAccessible::Button);
+    QCOMPARE(close->text(QAccessible::Name), QStringLiteral("Close tab t1"));
+    QCOMPARE(close->parent(), tab);
+    QCOMPARE(close->object(), static_cast<QObject *>(CloseButtonOf(b->TabButton(1))));
+    QCOMPARE(bool(close->state().disabled), false);
+    // Renamed with its tab.
+    b->setTabText(1, QStringLiteral("Renamed"));
+    QCOMPARE(close->text(QAccessible::Name), QStringLiteral("Close tab Renamed"));
+    QVERIFY(HasEvent(QAccessible::NameChanged, QAccessible::Button, QStringLiteral("Close tab Renamed")));
+    QSignalSpy closeRequested(b.get(), &BrowserTabBarBase::tabCloseRequested);
+    close->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(closeRequested.count(), 1);
+    QCOMPARE(closeRequested.at(0).at(0).toInt(), 1);
+}
+
+void TstBrowserTabBarAccessibility::stripButtonsAreNamedWithTheirState_data()
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<QStringList>("names");
+    QTest::addRow("classic") << Kind::Classic << QStringList{"New tab"};
+    QTest::addRow("scrolling") << Kind::Scrolling << QStringList{"Scroll tabs left", "Scroll tabs right"};
+}
+
+// The strip's own buttons follow the tabs in the list; each reports whether it can be
+// pressed now.
+void TstBrowserTabBarAccessibility::stripButtonsAreNamedWithTheirState()
+{
+    QFETCH(Kind, bar);
+    QFETCH(QStringList, names);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 30, 600);
+    QVERIFY(b);
+    QAccessibleInterface *list = Iface(b.get());
+    QCOMPARE(list->childCount(), b->count() + names.size());
+    for (const QString &name : qAsConst(names)) {
+        QAccessibleInterface *button = ButtonNamed(list, name);
+        QVERIFY2(button, qPrintable(name));
+        QCOMPARE(button->parent(), list);
+        auto *widget = qobject_cast<QWidget *>(button->object());
+        QVERIFY(widget);
+        QCOMPARE(bool(button->state().disabled), !widget->isEnabled());
+        widget->setEnabled(!widget->isEnabled());
+        QCOMPARE(bool(button->state().disabled), !widget->isEnabled());
+        widget->setEnabled(!widget->isEnabled());
+    }
+    if (bar == Kind::Classic) {
+        QSignalSpy add(b.get(), &BrowserTabBarBase::SigAddNewTab);
+        ButtonNamed(list, names.first())->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(add.count(), 1);
+    }
+}
+
+// Tabs the viewport has scrolled away are invisible and offscreen; brought into view,
+// they are not.
+void TstBrowserTabBarAccessibility::scrolledAwayTabsAreOffscreen()
+{
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(Kind::Scrolling, 30, 600);
+    QVERIFY(b);
+    auto *ex = static_cast<BrowserTabBarEx *>(b.get());
+    QAccessibleInterface *list = Iface(b.get());
+    const int last = b->count() - 1;
+    ex->showIndex(0);
+    QTRY_VERIFY(!list->child(0)->state().invisible);
+    QVERIFY(list->child(last)->state().invisible);
+    QVERIFY(list->child(last)->state().offscreen);
+    ex->showIndex(last);
+    QTRY_VERIFY(!list->child(last)->state().invisible);
+    QTRY_VERIFY(list->child(0)->state().invisible);
+    QVERIFY(list->child(0)->state().offscreen);
+}
+
+using Change = std::function<void(BrowserTabBarBase &)>;
+Q_DECLARE_METATYPE(Change)
+
+void TstBrowserTabBarAccessibility::changesAreAnnounced_data()
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<QAccessible::Event>("type");
+    QTest::addColumn<QAccessible::Role>("role");
+    QTest::addColumn<QString>("name");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) {
+        QTest::addRow("%sadd", prefix) << kind << Change([](BrowserTabBarBase &b) { b.addTab(BothBars::WebTab("added")); })
+                                       << QAccessible::ObjectCreated << QAccessible::PageTab << QStringLiteral("added");
+        QTest::addRow("%sinsert", prefix) << kind
+                                          << Change([](BrowserTabBarBase &b) { b.insertTab(1, BothBars::WebTab("inserted")); })
+                                          << QAccessible::ObjectCreated << QAccessible::PageTab << QStringLiteral("inserted");
+        QTest::addRow("%sremove", prefix) << kind << Change([](BrowserTabBarBase &b) { b.removeTab(2); })
+                                          << QAccessible::ObjectDestroyed << QAccessible::PageTab << QStringLiteral("t2");
+        QTest::addRow("%sremove current", prefix) << kind << Change([](BrowserTabBarBase &b) { b.removeTab(0); })
+                                                  << QAccessible::ObjectDestroyed << QAccessible::PageTab << QStringLiteral("t0");
+        QTest::addRow("%smove", prefix) << kind << Change([](BrowserTabBarBase &b) { b.moveTab(0, 2); })
+                                        << QAccessible::ObjectReorder << QAccessible::PageTabList << QString();
+        QTest::addRow("%sretitle", prefix) << kind << Change([](BrowserTabBarBase &b) { b.setTabText(1, "renamed"); })
+                                           << QAccessible::NameChanged << QAccessible::PageTab << QStringLiteral("renamed");
+        QTest::addRow("%sactivate", prefix) << kind << Change([](BrowserTabBarBase &b) { b.setCurrentIndex(3); })
+                                            << QAccessible::Selection << QAccessible::PageTab << QStringLiteral("t3");
+        QTest::addRow("%sclick", prefix)
+            << kind << Change([](BrowserTabBarBase &b) { QTest::mousePress(b.TabButton(2), Qt::LeftButton, {}, QPoint(20, 10)); QTest::mouseRelease(b.TabButton(2), Qt::LeftButton, {}, QPoint(20, 10)); })
+            << QAccessible::Selection << QAccessible::PageTab << QStringLiteral("t2");
+    });
+}
+
+void TstBrowserTabBarAccessibility::changesAreAnnounced()
+{
+    QFETCH(Kind, bar);
+    QFETCH(Change, change);
+    QFETCH(QAccessible::Event, type);
+    QFETCH(QAccessible::Role, role);
+    QFETCH(QString, name);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 5);
+    QVERIFY(b);
+    b->setCurrentIndex(0);
+    g_events.clear();
+    change(*b);
+    QVERIFY2(HasEvent(type, role, name), qPrintable(Dump()));
+    // A client that reads the tree again finds it matches the bar.
+    QCOMPARE(Names(PageTabs(Iface(b.get()))), BothBars::Titles(*b));
+}
+
+void TstBrowserTabBarAccessibility::qtabbarAnnouncesTheSame_data()
+{
+    QTest::addColumn<QAccessible::Event>("type");
+    QTest::addColumn<QString>("name");
+    // Only what QTabBar announces itself (Qt 5 sends nothing when a tab is added,
+    // removed, moved or retitled): activating a tab.
+    QTest::addRow("QTabBar: activate") << QAccessible::Selection << QStringLiteral("t3");
+}
+
+void TstBrowserTabBarAccessibility::qtabbarAnnouncesTheSame()
+{
+    QFETCH(QAccessible::Event, type);
+    QFETCH(QString, name);
+    QTabBar bar;
+    for (int i = 0; i < 5; ++i)
+        bar.addTab(QStringLiteral("t%1").arg(i));
+    bar.resize(900, 40);
+    bar.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    g_events.clear();
+    if (type == QAccessible::NameChanged)
+        bar.setTabText(1, QStringLiteral("renamed"));
+    else
+        bar.setCurrentIndex(3);
+    QVERIFY2(HasEvent(type, QAccessible::PageTab, name), qPrintable(Dump()));
+}
+
+KELTAB_TEST_MAIN(TstBrowserTabBarAccessibility)
+#include "tst_browsertabbaraccessibility.moc"
