@@ -95,6 +95,8 @@ public:
     }
 
     BrowserTabButton *Button() const { return m_button; }
+    /** The held tab's x when pressed: a move back to it is a move to the press point. */
+    int StartLeft() const { return m_x0; }
 
 private:
     BrowserTabBar *m_bar;
