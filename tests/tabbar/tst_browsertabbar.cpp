@@ -330,8 +330,11 @@ void TstBrowserTabBar::renderLook()
     bar.setCurrentIndex(qMin(1, tabs - 1));
     if (tabs > 2)
         bar.LoadStart(2);
+    // The pointer rests on the page, not on a tab (the bar follows where it really is).
+    QCursor::setPos(window.mapToGlobal(QPoint(window.width() / 2, window.height() - S(4))));
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QCursor::setPos(page.mapToGlobal(page.rect().center()));
     if (tabs > 3)
         SendEvent(ButtonAt(&bar, 3), QEvent::Enter);  // hovered, as under the pointer
 
