@@ -86,10 +86,13 @@ bool Resync(QWidget *strip)
 {
     if (!strip || !strip->isVisible())
         return true;
-    // A popup holds the pointer, or a button is still down (the press that closed a
-    // menu, say): a made-up motion now would cross Qt's own bookkeeping. Later.
-    if (QApplication::activePopupWidget() || QGuiApplication::mouseButtons() != Qt::NoButton)
+    // A popup holds the pointer: later.
+    if (QApplication::activePopupWidget())
         return false;
+    // A button still down (the press that closed a menu, say): a made-up motion now
+    // would cross Qt's own bookkeeping, so only what surely went stale is put right
+    // now, and the rest later.
+    const bool buttonDown = QGuiApplication::mouseButtons() != Qt::NoButton;
     QPoint global;
     if (!GlobalPos(&global))
         return true;
@@ -110,10 +113,10 @@ bool Resync(QWidget *strip)
         }
     }
     if (path.isEmpty() && !strip->testAttribute(Qt::WA_UnderMouse))
-        return true; // the pointer is elsewhere and nothing of ours thinks otherwise
+        return !buttonDown; // the pointer is elsewhere and nothing of ours thinks otherwise
 
     const QPointer<QWidget> guard(strip);
-    if (!path.isEmpty()) {
+    if (!path.isEmpty() && !buttonDown) {
         // Let Qt point its record at what is under the pointer now, dispatching the
         // crossings it knows of; as if the pointer had moved, without moving it.
         const QPointF local = handle->mapFromGlobal(global);
@@ -135,6 +138,8 @@ bool Resync(QWidget *strip)
         if (widget && widget->testAttribute(Qt::WA_UnderMouse))
             SendLeave(widget, global);
     }
+    if (buttonDown)
+        return false;
     const QVector<QPointer<QWidget>> entered(path.cbegin(), path.cend());
     for (const QPointer<QWidget> &widget : entered) {
         if (widget && !widget->testAttribute(Qt::WA_UnderMouse))

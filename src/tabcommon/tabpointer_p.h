@@ -31,8 +31,9 @@ bool IsOver(const QWidget *widget);
  * moved widgets beneath it or a popup that held the mouse has closed. Widgets of the
  * strip that counted as hovered but no longer lie under the pointer get their Leave,
  * those that now lie under it their Enter, as if the pointer had just moved there.
- * Does nothing and returns false while a popup holds the mouse or a button is down:
- * the caller tries again later. Otherwise returns true.
+ * Returns false when it must be tried again later: while a popup holds the mouse
+ * (nothing is done then) or a button is down (then only widgets the pointer surely
+ * left get their Leave). Otherwise returns true.
  */
 bool Resync(QWidget *strip);
 
