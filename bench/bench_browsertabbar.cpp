@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabBar (the classic strip) against QTabBar in one process: the shared
 // tab-strip workload at 20 and 200 tabs, printed as `name ours qtabbar ratio`.
 //

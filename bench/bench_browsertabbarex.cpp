@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabBarEx against QTabBar in one process: the shared tab-strip workload at
 // 100 and 1000 tabs, printed as `name ours qtabbar ratio`.
 //

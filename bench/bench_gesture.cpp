@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How long one HandleGestureMoving() takes: the call the host makes on every change of
 // a stroke in progress. Each call reads the user's gesture map from the settings
 // store (SQLite, warm: the database is open and its pages cached), decodes it, looks

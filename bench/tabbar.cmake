@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The classic tab strip against QTabBar: bench_browsertabbar.
 add_executable(bench_browsertabbar
     "${CMAKE_CURRENT_LIST_DIR}/bench_browsertabbar.cpp"

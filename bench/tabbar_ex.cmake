@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The scrolling tab strip against QTabBar: bench_browsertabbarex.
 add_executable(bench_browsertabbarex
     "${CMAKE_CURRENT_LIST_DIR}/bench_browsertabbarex.cpp"

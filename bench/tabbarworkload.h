@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // A tab-strip workload shared by the benchmarks of both bars: one bar type at a time,

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Build helpers shared by the library, its tests, benchmarks and examples.
 
 # Warnings and Qt definitions every target of this project is compiled with.

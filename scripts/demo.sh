@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # The main job: builds the library and the demo browser (examples/browser) and runs
 # it. With a display the browser window opens. Without one (no DISPLAY or
 # WAYLAND_DISPLAY) the browser runs its scripted tour offscreen and prints the

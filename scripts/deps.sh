@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Sourced by the README commands: installs the Debian packages the build, the tests
 # and the demo need, with Qt 5 and with Qt 6, but only when one of them is missing,
 # so a second run does not touch the network.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # The test command: builds the library and every test three times, a normal build
 # with Qt 5, one with Qt 6 and one with Qt 5 under AddressSanitizer +
 # UndefinedBehaviorSanitizer, and runs the whole suite in each. Compiler warnings

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browserwindow.h"
 
 #include "homepage.h"

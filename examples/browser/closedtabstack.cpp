@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "closedtabstack.h"
 
 void ClosedTabStack::Push(const TabData &tab)

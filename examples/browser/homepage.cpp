@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "homepage.h"
 
 #include "tabrecordfactory.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hometabbar.h"
 
 HomeTabBar::HomeTabBar(const ClosedTabStack *closedTabs, QWidget *parent)

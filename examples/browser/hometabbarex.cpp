@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hometabbarex.h"
 
 HomeTabBarEx::HomeTabBarEx(const ClosedTabStack *closedTabs, QWidget *parent)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "navigationbar.h"
 
 #include <KelTabContainer/dpitool.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "pluginpage.h"
 
 #include <KelTabContainer/browsermainnotify.h>

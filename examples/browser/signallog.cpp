@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "signallog.h"
 
 #include <KelTabContainer/tabdata.h>

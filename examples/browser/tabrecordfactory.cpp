@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabrecordfactory.h"
 
 #include <QCoreApplication>

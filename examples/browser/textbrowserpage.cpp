@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "textbrowserpage.h"
 
 #include "pageview.h"

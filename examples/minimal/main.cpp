@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The smallest host of the library: a window with one tab strip and a page per tab.
 //
 //   minimal              the scrolling strip (BrowserTabBarEx)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Creates a few tab records the way a host does and prints them.
 
 #include <KelTabContainer/KelTabContainer.h>

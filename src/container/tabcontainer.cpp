@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabcontainer.h"
 
 #include <QWidget>

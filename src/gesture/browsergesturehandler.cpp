@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browsergesturehandler.h"
 
 #include "gesturetoast.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gesturemapcodec_p.h"
 
 #include <QBuffer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Internal to the library: the stored form of a gesture map. It depends on QtCore

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gesturetoast.h"
 
 #include "dpitool.h"

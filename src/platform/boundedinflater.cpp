@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "boundedinflater_p.h"
 
 #include <zlib.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Internal to the library: decoding of compressed HTTP bodies, for the icon cache.

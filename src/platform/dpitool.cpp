@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "dpitool.h"
 
 #include "idpiadapter.h"

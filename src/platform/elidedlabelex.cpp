@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "elidedlabelex.h"
 
 #include <QEvent>

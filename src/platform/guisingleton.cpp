@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "guisingleton_p.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "iconaddresspolicy_p.h"
 
 #include <QFileInfo>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "icondecoder_p.h"
 
 #include <QBuffer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kelbasewidget.h"
 
 KelBaseWidget::KelBaseWidget(QWidget *parent, Qt::WindowFlags flags)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kellabel.h"
 
 KelLabel::KelLabel(QWidget *parent)

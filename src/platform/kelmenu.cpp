@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kelmenu.h"
 
 KelMenu::KelMenu(QWidget *parent)

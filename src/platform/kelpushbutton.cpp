@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kelpushbutton.h"
 
 KelPushButton::KelPushButton(int type, int business, QWidget *parent)

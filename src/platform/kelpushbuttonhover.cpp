@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kelpushbuttonhover.h"
 
 #include "uiutils.h"

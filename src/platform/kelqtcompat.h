@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The few types of the public API that differ between Qt 5 and Qt 6. A host includes

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabmask.h"
 
 #include <QEvent>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "uiutils.h"
 
 #include <QStyle>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vosimagecache.h"
 
 #include "boundedinflater_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "voskeyinjector.h"
 
 #include "vosshortcut.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vosshortcut.h"
 
 #include <QApplication>

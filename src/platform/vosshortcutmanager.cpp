@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vosshortcutmanager.h"
 
 #include "guisingleton_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browserkeyhandler.h"
 
 #include "ikeyhandlerdelegate.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ikeyhandlerdelegate.h"
 
 // Defined out of line so that the class has one home for its vtable.

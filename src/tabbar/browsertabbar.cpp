@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browsertabbar.h"
 
 #include "browsertabbar_p.h"

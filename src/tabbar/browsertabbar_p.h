@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The private class of BrowserTabBar: the classic strip's widths, placement, new-tab

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browsertabbutton.h"
 
 #include "browsertabbar.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The private class of BrowserTabButton. Not part of the installed API.

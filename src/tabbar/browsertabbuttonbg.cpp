@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browsertabbuttonbg.h"
 
 #include "dpitool.h"

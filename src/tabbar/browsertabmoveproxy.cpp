@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browsertabmoveproxy.h"
 
 // The behaviour (popup flags, transparency, move and release reporting) is the

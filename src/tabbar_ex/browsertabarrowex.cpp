@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browsertabarrowex.h"
 
 #include "browsertabarrowproxyex.h"

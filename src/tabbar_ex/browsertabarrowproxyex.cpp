@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browsertabarrowproxyex.h"
 
 BrowserTabArrowProxyEx::BrowserTabArrowProxyEx(QWidget *parent)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browsertabbarex.h"
 
 #include "browsertabarrowex.h"

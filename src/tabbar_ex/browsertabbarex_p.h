@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The private class of BrowserTabBarEx: the scrolling strip's layout, arrows, animated

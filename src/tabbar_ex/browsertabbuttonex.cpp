@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browsertabbuttonex.h"
 
 #include "browsertabbarex.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The private class of BrowserTabButtonEx. Not part of the installed API.

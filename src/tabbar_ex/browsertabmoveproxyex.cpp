@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browsertabmoveproxyex.h"
 
 BrowserTabMoveProxyEx::BrowserTabMoveProxyEx(QWidget *parent)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browsertabbarbase.h"
 
 #include "browsertabbarbase_p.h"

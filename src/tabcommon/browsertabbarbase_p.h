@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The private class of BrowserTabBarBase: the behaviour both strips share. Not part of

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "browsertabbuttonbase.h"
 
 #include "browsertabbarbase.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabaccessible_p.h"
 
 #include "browsertabbarbase.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What a screen reader sees of a tab strip, through Qt's accessibility tree. Not part of

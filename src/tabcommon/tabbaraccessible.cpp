@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabbaraccessible_p.h"
 
 #include "browsertabbarbase.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The accessible interface of a tab strip: a page-tab list of its tabs.

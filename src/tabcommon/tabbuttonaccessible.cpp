@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabbuttonaccessible_p.h"
 
 #include "browsertabbarbase.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The accessible interface of one tab: a page tab named with its full title.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabcontrolaccessible_p.h"
 
 #include "browsertabbarbase.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The accessible interface of a strip's own buttons: a tab's close button, the scroll

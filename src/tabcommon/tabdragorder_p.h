@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The rule by which a dragged tab takes a new place in the list, shared by both bars.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabfocusring_p.h"
 
 #include <QEvent>

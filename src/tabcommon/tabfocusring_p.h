@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The ring drawn around the tab that has the keyboard focus while its bar has the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Geometry and style helpers of the tab strips that skip all work when nothing changes.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tableavewatcher_p.h"
 
 #include <QEvent>

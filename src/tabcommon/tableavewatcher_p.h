@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Tells a tab strip that the pointer has left its window. Not part of the installed API.

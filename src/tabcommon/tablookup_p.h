@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Lookups shared by both tab bars. Each bar keeps a list of its own button type;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabmenuwatcher_p.h"
 
 #include "eventpoint_p.h"

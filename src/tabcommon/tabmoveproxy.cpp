@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabmoveproxy.h"
 
 #include "eventpoint_p.h"

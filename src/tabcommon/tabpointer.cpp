@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabpointer_p.h"
 
 #include <QApplication>

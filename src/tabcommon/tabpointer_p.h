@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // What lies under the pointer, for both tab strips. Not part of the installed API.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabpopupproxy.h"
 
 #include <QMouseEvent>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tabdata.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <KelTabContainer/KelTabContainer.h>
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Installs the library from each of BUILD_DIRS into one fresh prefix, then, for each
 # of QT_MAJOR_VERSIONS, configures, builds and runs the consumer project against
 # that prefix, as a host project would. Given a Qt 5 and a Qt 6 build, it checks

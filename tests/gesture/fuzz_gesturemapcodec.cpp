@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // libFuzzer harness for the stored gesture map decoder. Built with clang outside the
 // CMake targets (see CMakeLists.txt), against QtCore only.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Shared by the icon cache's tests: a small HTTP(S) server on 127.0.0.1 and helpers

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A second program for the settings store's tests: holds an exclusive lock on an
 // SQLite database until told to let go, as another instance of the host or a
 // backup tool would.

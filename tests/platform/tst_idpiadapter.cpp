@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "keltabtest.h"
 
 #include "dpitool.h"

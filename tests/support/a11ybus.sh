@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # a11ybus.sh LAUNCHER COMMAND...: runs COMMAND with Qt's AT-SPI bridge switched on, for tests of accessibility events:
 # Qt only sends them (even to a test's update handler) while a client is listening.
 # Started inside dbus-run-session: LAUNCHER (at-spi-bus-launcher) starts the accessibility bus on that private

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Shared by the tests of the library's singletons: the GUI-thread rule and release

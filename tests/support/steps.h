@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Steps that must run while a nested event loop has the program, a context menu's

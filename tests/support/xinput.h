@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Real input through the X server's XTEST extension, for the tests that must see what

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Helpers of the classic tab strip's bar tests: hovering, closing, dragging

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The classic tab strip: its tabs, lookups, current tab and look.
 
 #include "keltabtest.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The classic tab strip: reordering tabs by dragging, through the bar's slots.
 
 #include "keltabtest.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The classic tab strip under hostile call orders and a randomized model of its tab list.
 
 #include "keltabtest.h"

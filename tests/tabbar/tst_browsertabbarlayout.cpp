@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The classic tab strip: widths, placement, and closing tabs under the mouse.
 
 #include "keltabtest.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The classic tab strip: its context menu.
 
 #include "keltabtest.h"

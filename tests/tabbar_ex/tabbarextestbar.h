@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // A host-like subclass of the extended bar for the tests of tests/tabbar_ex: its fixed

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabArrowEx: click, double click, and press-and-hold through its invisible
 // popup, driven by mouse events that go through the window system's path (QWindow),
 // so that the popup really takes the mouse from the arrow.

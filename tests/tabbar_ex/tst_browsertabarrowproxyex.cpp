@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabArrowProxyEx: an invisible, parentless 1 x 1 popup that ends a hold on a
 // left release (through the window system's path) or on any hide.
 

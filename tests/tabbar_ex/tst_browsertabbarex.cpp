@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabBarEx: structure, tab list, lookups, widths and layout, and hostile call orders.
 // Pixel numbers are checked at scale factors 1.0 and 1.5.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabBarEx after a close button: the widths stay frozen under the pointer, the
 // tabs slide into the gap, the rightmost close slides or snaps the strip, and the
 // pointer leaving the bar ends it all 200 ms later. At scale factors 1.0 and 1.5.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabBarEx drag reordering driven through the bar's slots and the popup's
 // signals: the thresholds of the shared order rule, the gap, the floating tab, the
 // current index, the separators, TabButtonMoved() and hostile call orders mid-drag.

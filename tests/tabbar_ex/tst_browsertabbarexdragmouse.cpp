@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabBarEx drag reordering with the pointer: presses, moves and releases go
 // through the window system's path into the bar's window; once the drag popup is up
 // Qt routes them to it, as it does for a user's mouse. The X pointer is moved along,

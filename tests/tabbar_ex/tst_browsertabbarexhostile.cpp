@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabBarEx under call orders that hosts produce: answers given from inside the
 // bar's own signals and hooks while a drag, a menu or closing mode is under way. Each
 // test names what would break. Popups need a window system, hence Xvfb.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The default look of the extended strip: every object name has a rule, and a bar
 // with 3 and with 30 tabs renders like a browser strip. The renders are written next
 // to the test executable (tabbar_ex_3.png, tabbar_ex_30.png) for a person to look at.

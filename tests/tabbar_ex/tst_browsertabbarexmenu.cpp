@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabBarEx context menu: its entries, what each tab kind shows, what each position
 // enables, the command signals, the relayout after it closes, and hosts that remove tabs
 // or delete the bar from a command while the menu runs. Every menu really opens (a popup,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabBarEx against a small reference model: a seeded random run of tab list
 // changes, selections, close buttons answered by the host, leaves, timer expiries,
 // drags and resizes, with a host that now and then changes the list from inside

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabBarEx under a real pointer: the X server's own motion, crossing and button
 // events, through XTEST. Closing tabs one after another with their close buttons is
 // where a user spends time in a strip, and where the window system's enter/leave

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabBarEx in overflow: the scroll offset, the arrows (driven by mouse events
 // through the window system's path), the animated steps per 20 ms tick, the wheel and
 // showIndex. At scale factors 1.0 and 1.5.

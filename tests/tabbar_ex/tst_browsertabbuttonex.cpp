@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabButtonEx: its form, style names, icon choice and download, close button
 // rule, mouse input and the guarded bar.
 

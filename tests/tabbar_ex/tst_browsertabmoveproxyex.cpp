@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // BrowserTabMoveProxyEx: the drag popup reports moves away from the press point and
 // the end of the drag, through the window system's path.
 

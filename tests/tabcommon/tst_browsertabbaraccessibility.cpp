@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What assistive technology reads from both tab strips through Qt's accessibility
 // tree, and the events that keep a client's copy of that tree current. Every row runs
 // on the classic bar and on the scrolling bar; the rows marked "QTabBar" hold Qt's own

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What both tab strips do alike, through BrowserTabBarBase, the type a host holds
 // either of them by: every row runs on the classic bar and on the scrolling bar.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dragging tabs with a real pointer and keyboard, on both bars: the press, the motion
 // and Escape come from the X server through XTEST, the way a user's hand makes them,
 // while the bar's move proxy holds the mouse.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Both tab strips worked from the keyboard alone: Tab into the bar, move among the
 // tabs, activate, close and open the context menu; and no key taken while the bar has
 // no focus. Every row runs on the classic bar and on the scrolling bar. Runs on the X

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tabs' context menu under a real pointer, on both bars. A menu takes the mouse
 // while it is open: the tab it was opened on hears no Leave when the pointer moves
 // away to the menu, and a right click elsewhere goes to the menu first. QTest's

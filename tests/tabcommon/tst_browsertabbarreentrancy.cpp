@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A host reacts to the bars' signals, and may do anything from inside them: remove
 // tabs, change the current tab, delete the bar. Each row sends one signal the way a
 // user or a host does and answers it one way, on both bars; the bar must stay

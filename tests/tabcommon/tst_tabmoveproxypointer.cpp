@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "eventpoint_p.h"
 #include "keltabtest.h"
 

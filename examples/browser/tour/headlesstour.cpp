@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "headlesstour.h"
 
 #include "browserwindow.h"

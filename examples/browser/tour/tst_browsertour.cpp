@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs the demo browser's scripted tour (browser --tour) in a temporary folder and
 // checks what it wrote: the tab bar's signals step by step against
 // tour_signals.txt, and every screenshot.
