@@ -178,6 +178,7 @@ void BrowserWindow::MakeBar(BarKind kind)
         newTab->setObjectName(QStringLiteral("NewTabButton"));
         newTab->setIcon(QIcon(QStringLiteral(":/browser/icons/newtab.png")));
         newTab->setToolTip(tr("New tab (Ctrl+T)"));
+        newTab->setAccessibleName(tr("New tab"));
         newTab->setFocusPolicy(Qt::NoFocus);
         newTab->setCursor(Qt::PointingHandCursor);
         row->addWidget(newTab, 0, Qt::AlignVCenter);

@@ -45,6 +45,7 @@ HomePage::HomePage(TabDataPtr tab, ITabManager *tabs)
     m_search = new QLineEdit(m_widget);
     m_search->setObjectName(QStringLiteral("HomeSearch"));
     m_search->setPlaceholderText(Tr("Type an address and press Enter"));
+    m_search->setAccessibleName(Tr("Address"));
     m_search->setClearButtonEnabled(true);
     QObject::connect(m_search, &QLineEdit::returnPressed, m_widget, [this] {
         const QString url = TabRecordFactory::FromUserInput(m_search->text());

@@ -1,9 +1,12 @@
+// SPDX-License-Identifier: MIT
 // The demo browser: a host application of KelTabContainer.
 //
 // With a display it opens the browser window. Without one (no DISPLAY or
 // WAYLAND_DISPLAY, or QT_QPA_PLATFORM=offscreen), or with --tour, it runs a scripted
-// tour offscreen and writes screenshots and logs into a folder.
+// tour offscreen and writes screenshots and logs into a folder. With --a11y-dump it
+// prints the accessible tree of its window, as a screen reader reads it, and exits.
 
+#include "accessibletree.h"
 #include "browserwindow.h"
 #include "headlesstour.h"
 #include "signallog.h"
@@ -19,6 +22,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QEventLoop>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QTimer>
@@ -94,12 +98,46 @@ void ReleaseSingletons()
     VosSettingManager::ReleaseInstance();
 }
 
+// Opens the given addresses (the demo's own pages when none is given) in a window
+// laid out offscreen, and prints its accessible tree.
+int DumpAccessibleTree(BrowserWindow::BarKind kind, QStringList addresses)
+{
+    QTemporaryDir profile(QDir::tempPath() + QStringLiteral("/keltab-a11y-XXXXXX"));
+    if (!profile.isValid()) {
+        std::fprintf(stderr, "Cannot create a folder under %s\n", qUtf8Printable(QDir::tempPath()));
+        return 2;
+    }
+    IsolateProfile(QDir(profile.path()));
+    if (addresses.isEmpty()) {
+        addresses = QStringList{QStringLiteral("qrc:/browser/pages/guide.html"),
+                                QStringLiteral("qrc:/browser/pages/signals.html")};
+    }
+    {
+        BrowserWindow window(kind, nullptr);
+        for (const QString &address : qAsConst(addresses))
+            window.OpenUrl(QUrl::fromUserInput(address, QDir::currentPath()).toString(), true);
+        window.resize(HeadlessTour::WindowSize());
+        window.show();
+        // The pages give their tabs their titles once loaded.
+        QEventLoop settle;
+        QTimer::singleShot(300, &settle, &QEventLoop::quit);
+        settle.exec();
+        QTextStream(stdout) << AccessibleTreeText(&window);
+    }
+    // The settings go with the profile folder: let them be written while it exists.
+    ReleaseSingletons();
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     // The platform is chosen before the application exists.
-    const bool tour = HasArgument(argc, argv, "--tour") || !HasDisplay();
+    const bool dump = HasArgument(argc, argv, "--a11y-dump");
+    const bool tour = !dump && (HasArgument(argc, argv, "--tour") || !HasDisplay());
+    if (dump)
+        PrepareHeadless();
     if (tour) {
         PrepareHeadless();
         qInstallMessageHandler(TourMessageHandler);
@@ -123,12 +161,15 @@ int main(int argc, char *argv[])
                                        QStringLiteral("Print every signal of the tab bar as it comes."));
     const QCommandLineOption outOption(QStringLiteral("out"), QStringLiteral("Write the tour into <dir>."),
                                        QStringLiteral("dir"));
+    const QCommandLineOption dumpOption(QStringLiteral("a11y-dump"),
+                                        QStringLiteral("Print the window's accessible tree and exit."));
     parser.addPositionalArgument(QStringLiteral("address"), QStringLiteral("Addresses to open in tabs."),
                                  QStringLiteral("[address...]"));
     parser.addOption(classicOption);
     parser.addOption(tourOption);
     parser.addOption(logOption);
     parser.addOption(outOption);
+    parser.addOption(dumpOption);
     parser.process(app);
 
     // The library's look first, then the window lays its own over it.
@@ -138,7 +179,9 @@ int main(int argc, char *argv[])
 
     int rc = 0;
     SignalLog signalLog;
-    if (!tour) {
+    if (dump) {
+        rc = DumpAccessibleTree(kind, parser.positionalArguments());
+    } else if (!tour) {
         signalLog.SetEcho(parser.isSet(logOption));
         BrowserWindow window(kind, parser.isSet(logOption) ? &signalLog : nullptr);
         const QStringList addresses = parser.positionalArguments();

@@ -13,19 +13,21 @@ NavigationBar::NavigationBar(QWidget *parent)
     setObjectName(QStringLiteral("NavigationBar"));
     setAttribute(Qt::WA_StyledBackground);
 
-    m_back = MakeButton(QStringLiteral("NavBack"), QStringLiteral("back"), tr("Back (Alt+Left)"));
-    m_forward = MakeButton(QStringLiteral("NavForward"), QStringLiteral("forward"), tr("Forward (Alt+Right)"));
-    m_reload = MakeButton(QStringLiteral("NavReload"), QStringLiteral("reload"), tr("Reload (F5)"));
-    m_home = MakeButton(QStringLiteral("NavHome"), QStringLiteral("home"), tr("Home"));
-    m_star = MakeButton(QStringLiteral("NavStar"), QStringLiteral("star"), tr("Bookmark this page (Ctrl+D)"));
+    m_back = MakeButton(QStringLiteral("NavBack"), QStringLiteral("back"), tr("Back"), tr("Back (Alt+Left)"));
+    m_forward = MakeButton(QStringLiteral("NavForward"), QStringLiteral("forward"), tr("Forward"), tr("Forward (Alt+Right)"));
+    m_reload = MakeButton(QStringLiteral("NavReload"), QStringLiteral("reload"), tr("Reload"), tr("Reload (F5)"));
+    m_home = MakeButton(QStringLiteral("NavHome"), QStringLiteral("home"), tr("Home"), tr("Home"));
+    m_star = MakeButton(QStringLiteral("NavStar"), QStringLiteral("star"), tr("Bookmark this page"), tr("Bookmark this page (Ctrl+D)"));
 
     m_address = new QLineEdit(this);
     m_address->setObjectName(QStringLiteral("AddressBar"));
     m_address->setPlaceholderText(tr("Type an address"));
+    m_address->setAccessibleName(tr("Address"));
 
     m_find = new QLineEdit(this);
     m_find->setObjectName(QStringLiteral("FindField"));
     m_find->setPlaceholderText(tr("Find in page"));
+    m_find->setAccessibleName(tr("Find in page"));
     m_find->setClearButtonEnabled(true);
     m_find->hide();
 
@@ -104,10 +106,13 @@ void NavigationBar::AdjustForDpi()
     layout()->setSpacing(DpiTool::ScaleDefault(4));
 }
 
-QToolButton *NavigationBar::MakeButton(const QString &name, const QString &icon, const QString &toolTip)
+// An icon button: the label is what a screen reader says, the tool tip adds the key.
+QToolButton *NavigationBar::MakeButton(const QString &name, const QString &icon, const QString &label,
+                                       const QString &toolTip)
 {
     auto *button = new QToolButton(this);
     button->setObjectName(name);
+    button->setAccessibleName(label);
     button->setIcon(QIcon(QStringLiteral(":/browser/icons/%1.png").arg(icon)));
     button->setToolTip(toolTip);
     button->setFocusPolicy(Qt::NoFocus);

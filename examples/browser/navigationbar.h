@@ -39,7 +39,7 @@ Q_SIGNALS:
     void SigFind(const QString &text);
 
 private:
-    QToolButton *MakeButton(const QString &name, const QString &icon, const QString &toolTip);
+    QToolButton *MakeButton(const QString &name, const QString &icon, const QString &label, const QString &toolTip);
 
     QToolButton *m_back = nullptr;
     QToolButton *m_forward = nullptr;

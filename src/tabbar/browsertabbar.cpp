@@ -388,6 +388,14 @@ QList<QWidget *> BrowserTabBarPrivate::AccessibleControls() const
     return {newTabButton};
 }
 
+// Each tab's last ButtonSpacing() pixels lie under its right neighbour; the content
+// widget ends that much before the last tab does.
+int BrowserTabBarPrivate::TabOverlap() const
+{
+    Q_Q(const BrowserTabBar);
+    return q->ButtonSpacing();
+}
+
 void BrowserTabBarPrivate::DragAbandoned()
 {
     // The tab under the drag is going away: the release that would normally end the

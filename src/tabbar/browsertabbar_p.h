@@ -52,4 +52,5 @@ public:
     void EndPress(BrowserTabButtonBase *button) override;
     void DragAbandoned() override;
     QList<QWidget *> AccessibleControls() const override;
+    int TabOverlap() const override;
 };

@@ -203,4 +203,9 @@ public:
      * arrows, new tab). Default: none.
      */
     virtual QList<QWidget *> AccessibleControls() const { return {}; }
+    /**
+     * How many pixels at a tab's right end lie under its neighbour, so that the strip
+     * may cut them off the last tab without hiding anything. Default: none.
+     */
+    virtual int TabOverlap() const { return 0; }
 };

@@ -5,6 +5,8 @@
 #include "browsertabbarbase_p.h"
 #include "browsertabbuttonbase.h"
 
+#include <QCoreApplication>
+
 TabBarAccessible::TabBarAccessible(BrowserTabBarBase *bar)
     : QAccessibleWidget(bar, QAccessible::PageTabList)
 {
@@ -27,24 +29,38 @@ QList<QWidget *> TabBarAccessible::Children() const
     return children;
 }
 
+// A client walks thousands of tabs one index at a time: answer each from the tab
+// list directly rather than building the whole list per call.
 int TabBarAccessible::childCount() const
 {
-    return Children().size();
+    return Bar()->count() + Bar()->d_func()->AccessibleControls().size();
 }
 
 QAccessibleInterface *TabBarAccessible::child(int index) const
 {
-    const QList<QWidget *> children = Children();
-    if (index < 0 || index >= children.size())
+    const BrowserTabBarBase *bar = Bar();
+    if (index < 0)
         return nullptr;
-    return QAccessible::queryAccessibleInterface(children.at(index));
+    if (index < bar->count())
+        return QAccessible::queryAccessibleInterface(bar->TabButton(index));
+    const QList<QWidget *> controls = bar->d_func()->AccessibleControls();
+    index -= bar->count();
+    return index < controls.size() ? QAccessible::queryAccessibleInterface(controls.at(index)) : nullptr;
 }
 
 int TabBarAccessible::indexOfChild(const QAccessibleInterface *child) const
 {
     if (!child || !child->object() || !child->object()->isWidgetType())
         return -1;
-    return Children().indexOf(static_cast<QWidget *>(child->object()));
+    const BrowserTabBarBase *bar = Bar();
+    auto *widget = static_cast<QWidget *>(child->object());
+    if (auto *button = qobject_cast<BrowserTabButtonBase *>(widget)) {
+        const int index = bar->d_func()->buttons.indexOf(button);
+        if (index >= 0)
+            return index;
+    }
+    const int control = bar->d_func()->AccessibleControls().indexOf(widget);
+    return control < 0 ? -1 : bar->count() + control;
 }
 
 QAccessibleInterface *TabBarAccessible::childAt(int x, int y) const
@@ -67,4 +83,14 @@ QAccessibleInterface *TabBarAccessible::focusChild() const
         return nullptr;
     BrowserTabButtonBase *button = bar->TabButton(bar->d_func()->FocusIndex());
     return button ? QAccessible::queryAccessibleInterface(button) : nullptr;
+}
+
+// A screen reader says the list's name when the focus enters it; a host that has a
+// better one (several windows, a second strip) sets the bar's accessibleName.
+QString TabBarAccessible::text(QAccessible::Text t) const
+{
+    const QString text = QAccessibleWidget::text(t);
+    if (t == QAccessible::Name && text.isEmpty())
+        return QCoreApplication::translate("BrowserTabBarBase", "Tabs");
+    return text;
 }

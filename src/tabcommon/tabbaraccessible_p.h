@@ -17,6 +17,7 @@ public:
     int indexOfChild(const QAccessibleInterface *child) const override;
     QAccessibleInterface *childAt(int x, int y) const override;
     QAccessibleInterface *focusChild() const override;
+    QString text(QAccessible::Text t) const override;
 
 private:
     BrowserTabBarBase *Bar() const;

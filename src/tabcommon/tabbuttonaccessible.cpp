@@ -108,7 +108,8 @@ QAccessible::State TabButtonAccessible::state() const
     if (visible.isEmpty()) {
         st.invisible = true;
         st.offscreen = true;
-    } else if (visible.size() != button->size()) {
+    } else if (visible.height() < button->height() ||
+               visible.width() < button->width() - bar->d_func()->TabOverlap()) {
         st.offscreen = true; // partly cut off
     }
     return st;

@@ -4,6 +4,7 @@
 // on the classic bar and on the scrolling bar; the rows marked "QTabBar" hold Qt's own
 // tab bar to the same assertions where it has the feature, as a control.
 
+#include "a11yactive.h"
 #include "bothbars.h"
 #include "keltabtest.h"
 
@@ -128,6 +129,9 @@ private Q_SLOTS:
     void stripButtonsAreNamedWithTheirState_data();
     void stripButtonsAreNamedWithTheirState();
     void scrolledAwayTabsAreOffscreen();
+    void tabsThatFitAreOnScreen_data();
+    void tabsThatFitAreOnScreen();
+    void classicTabsCutOffAreOffscreen();
     void changesAreAnnounced_data();
     void changesAreAnnounced();
     void qtabbarAnnouncesTheSame_data();
@@ -140,8 +144,7 @@ private:
 void TstBrowserTabBarAccessibility::initTestCase()
 {
     DpiTool::SetScaleFactor(1.0);
-    // As when a screen reader is running: the widgets only send events then.
-    QAccessible::setActive(true);
+    QVERIFY(KelTest::SwitchAccessibilityOn());
     QAccessible::installUpdateHandler(&RecordEvent);
 }
 
@@ -183,6 +186,10 @@ void TstBrowserTabBarAccessibility::barIsAPageTabListOfItsTabsInOrder()
     QAccessibleInterface *list = Iface(b.get());
     QVERIFY(list);
     QCOMPARE(list->role(), QAccessible::PageTabList);
+    // Named for the focus entering it; a host's own name wins.
+    QCOMPARE(list->text(QAccessible::Name), QStringLiteral("Tabs"));
+    b->setAccessibleName(QStringLiteral("Pages of this window"));
+    QCOMPARE(list->text(QAccessible::Name), QStringLiteral("Pages of this window"));
     const QList<QAccessibleInterface *> tabs = PageTabs(list);
     QCOMPARE(Names(tabs), BothBars::Titles(*b));
     for (int i = 0; i < b->count(); ++i) {
@@ -191,6 +198,17 @@ void TstBrowserTabBarAccessibility::barIsAPageTabListOfItsTabsInOrder()
         QCOMPARE(tab->parent(), list);
         QCOMPARE(list->indexOfChild(tab), i);
     }
+    // After the tabs, the bar's own buttons, each at its own index; nothing past them.
+    for (int i = b->count(); i < list->childCount(); ++i) {
+        QAccessibleInterface *control = list->child(i);
+        QVERIFY(control);
+        QCOMPARE(control->role(), QAccessible::Button);
+        QCOMPARE(list->indexOfChild(control), i);
+    }
+    QVERIFY(!list->child(list->childCount()));
+    QVERIFY(!list->child(-1));
+    QCOMPARE(list->indexOfChild(nullptr), -1);
+    QCOMPARE(list->indexOfChild(Iface(b->TabButton(0)->window())), -1);
     // A move shows in the order at once.
     b->moveTab(0, 3);
     QCOMPARE(Names(PageTabs(list)), (QStringList{"t1", "t2", "t3", "t0", "t4"}));
@@ -393,6 +411,63 @@ void TstBrowserTabBarAccessibility::scrolledAwayTabsAreOffscreen()
     QVERIFY(list->child(0)->state().offscreen);
 }
 
+// Every tab that a user sees whole is neither invisible nor offscreen, on both bars:
+// the classic bar's last tab counts as whole although the strip ends where its
+// neighbour would overlap it.
+void TstBrowserTabBarAccessibility::tabsThatFitAreOnScreen_data()
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<int>("tabs");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) {
+        QTest::addRow("%sone tab", prefix) << kind << 1;
+        QTest::addRow("%sfour tabs", prefix) << kind << 4;
+    });
+}
+
+void TstBrowserTabBarAccessibility::tabsThatFitAreOnScreen()
+{
+    QFETCH(Kind, bar);
+    QFETCH(int, tabs);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, tabs);
+    QVERIFY(b);
+    QAccessibleInterface *list = Iface(b.get());
+    for (int i = 0; i < b->count(); ++i) {
+        const QAccessible::State state = list->child(i)->state();
+        QVERIFY2(!state.invisible && !state.offscreen, qPrintable(QStringLiteral("tab %1").arg(i)));
+    }
+}
+
+// Too many tabs for the classic bar even at their smallest: the strip is cut off, and
+// a tab cut by more than its overlap with the next is offscreen, one past the end
+// invisible as well.
+void TstBrowserTabBarAccessibility::classicTabsCutOffAreOffscreen()
+{
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(Kind::Classic, 30, 600);
+    QVERIFY(b);
+    QAccessibleInterface *list = Iface(b.get());
+    const int edge = b->TabButton(b->count() - 1)->parentWidget()->width();
+    int whole = 0;
+    int cut = 0;
+    int gone = 0;
+    for (int i = 0; i < b->count(); ++i) {
+        const QRect tab = b->TabButton(i)->geometry();
+        const QAccessible::State state = list->child(i)->state();
+        if (tab.right() - 2 < edge) {
+            QVERIFY2(!state.offscreen && !state.invisible, qPrintable(QStringLiteral("tab %1").arg(i)));
+            ++whole;
+        } else if (tab.left() < edge) {
+            QVERIFY2(state.offscreen && !state.invisible, qPrintable(QStringLiteral("tab %1").arg(i)));
+            ++cut;
+        } else {
+            QVERIFY2(state.offscreen && state.invisible, qPrintable(QStringLiteral("tab %1").arg(i)));
+            ++gone;
+        }
+    }
+    QVERIFY(whole > 0);
+    QVERIFY(gone > 0);
+    QVERIFY(cut <= 1);
+}
+
 using Change = std::function<void(BrowserTabBarBase &)>;
 Q_DECLARE_METATYPE(Change)
 
@@ -414,7 +489,7 @@ void TstBrowserTabBarAccessibility::changesAreAnnounced_data()
         QTest::addRow("%sremove current", prefix) << kind << Change([](BrowserTabBarBase &b) { b.removeTab(0); })
                                                   << QAccessible::ObjectDestroyed << QAccessible::PageTab << QStringLiteral("t0");
         QTest::addRow("%smove", prefix) << kind << Change([](BrowserTabBarBase &b) { b.moveTab(0, 2); })
-                                        << QAccessible::ObjectReorder << QAccessible::PageTabList << QString();
+                                        << QAccessible::ObjectReorder << QAccessible::PageTabList << QStringLiteral("Tabs");
         QTest::addRow("%sretitle", prefix) << kind << Change([](BrowserTabBarBase &b) { b.setTabText(1, "renamed"); })
                                            << QAccessible::NameChanged << QAccessible::PageTab << QStringLiteral("renamed");
         QTest::addRow("%sactivate", prefix) << kind << Change([](BrowserTabBarBase &b) { b.setCurrentIndex(3); })

@@ -4,6 +4,7 @@
 // no focus. Every row runs on the classic bar and on the scrolling bar. Runs on the X
 // server: the context menu is a popup that takes the mouse and keyboard.
 
+#include "a11yactive.h"
 #include "bothbars.h"
 #include "keltabtest.h"
 #include "steps.h"
@@ -86,7 +87,7 @@ private:
 void TstBrowserTabBarKeyboard::initTestCase()
 {
     DpiTool::SetScaleFactor(1.0);
-    QAccessible::setActive(true);
+    QVERIFY(KelTest::SwitchAccessibilityOn());
     QAccessible::installUpdateHandler(&RecordEvent);
 }
 
