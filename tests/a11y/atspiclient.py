@@ -165,6 +165,9 @@ def check_bar(label, bar, names, current):
     for i, tab in enumerate(tabs):
         expect(tab.get_role_name() == "page tab", label,
                f"tab {i} has role \"{tab.get_role_name()}\", expected \"page tab\"")
+    # Every tab fits the host's window: each is showing, the last one as well.
+    for i, tab in enumerate(tabs):
+        expect(has_state(tab, Atspi.StateType.SHOWING), label, f"tab \"{read[i]}\" is not showing")
     if label not in OURS:
         return tabs
     for i, tab in enumerate(tabs):
