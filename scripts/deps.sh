@@ -6,6 +6,7 @@ KELTAB_PACKAGES=(
     cmake g++ make pkg-config zlib1g-dev
     qtbase5-dev qtbase5-dev-tools libqt5sql5-sqlite
     qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite
+    qttools5-dev qttools5-dev-tools qt6-tools-dev qt6-l10n-tools
     clang libclang-rt-14-dev
     xvfb xauth fonts-dejavu-core
     x11-xkb-utils xkb-data libx11-dev libxtst-dev
