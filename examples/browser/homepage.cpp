@@ -15,11 +15,6 @@
 
 namespace {
 
-QString Tr(const char *text)
-{
-    return QCoreApplication::translate("HomePage", text);
-}
-
 TabDataPtr MakeNotes(const QString &)
 {
     return TabRecordFactory::MakeNotes();
@@ -38,14 +33,14 @@ HomePage::HomePage(TabDataPtr tab, ITabManager *tabs)
     auto *logo = new QLabel(m_widget);
     logo->setPixmap(QPixmap(QStringLiteral(":/browser/icons/app.png")));
     logo->setAlignment(Qt::AlignCenter);
-    auto *title = new QLabel(Tr("KelTab Browser"), m_widget);
+    auto *title = new QLabel(QCoreApplication::translate("HomePage", "KelTab Browser"), m_widget);
     title->setObjectName(QStringLiteral("HomeTitle"));
     title->setAlignment(Qt::AlignCenter);
 
     m_search = new QLineEdit(m_widget);
     m_search->setObjectName(QStringLiteral("HomeSearch"));
-    m_search->setPlaceholderText(Tr("Type an address and press Enter"));
-    m_search->setAccessibleName(Tr("Address"));
+    m_search->setPlaceholderText(QCoreApplication::translate("HomePage", "Type an address and press Enter"));
+    m_search->setAccessibleName(QCoreApplication::translate("HomePage", "Address"));
     m_search->setClearButtonEnabled(true);
     QObject::connect(m_search, &QLineEdit::returnPressed, m_widget, [this] {
         const QString url = TabRecordFactory::FromUserInput(m_search->text());
@@ -57,15 +52,15 @@ HomePage::HomePage(TabDataPtr tab, ITabManager *tabs)
 
     auto *tiles = new QGridLayout;
     tiles->setSpacing(16);
-    tiles->addWidget(MakeTile(Tr("Welcome"), QStringLiteral(":/browser/icons/page_welcome.png"),
+    tiles->addWidget(MakeTile(QCoreApplication::translate("HomePage", "Welcome"), QStringLiteral(":/browser/icons/page_welcome.png"),
                               &TabRecordFactory::MakeWeb, QStringLiteral("qrc:/browser/pages/welcome.html")), 0, 0);
-    tiles->addWidget(MakeTile(Tr("Host's guide"), QStringLiteral(":/browser/icons/page_guide.png"),
+    tiles->addWidget(MakeTile(QCoreApplication::translate("HomePage", "Host's guide"), QStringLiteral(":/browser/icons/page_guide.png"),
                               &TabRecordFactory::MakeWeb, QStringLiteral("qrc:/browser/pages/guide.html")), 0, 1);
-    tiles->addWidget(MakeTile(Tr("Signals"), QStringLiteral(":/browser/icons/page_signals.png"),
+    tiles->addWidget(MakeTile(QCoreApplication::translate("HomePage", "Signals"), QStringLiteral(":/browser/icons/page_signals.png"),
                               &TabRecordFactory::MakeWeb, QStringLiteral("qrc:/browser/pages/signals.html")), 0, 2);
-    tiles->addWidget(MakeTile(Tr("Notes"), QStringLiteral(":/browser/icons/page_notes.png"), &MakeNotes, QString()),
+    tiles->addWidget(MakeTile(QCoreApplication::translate("HomePage", "Notes"), QStringLiteral(":/browser/icons/page_notes.png"), &MakeNotes, QString()),
                      0, 3);
-    tiles->addWidget(MakeTile(Tr("qt.io"), QStringLiteral(":/browser/icons/page_web.png"),
+    tiles->addWidget(MakeTile(QCoreApplication::translate("HomePage", "qt.io"), QStringLiteral(":/browser/icons/page_web.png"),
                               &TabRecordFactory::MakeWeb, QStringLiteral("https://www.qt.io/")), 0, 4);
 
     auto *column = new QVBoxLayout;

@@ -15,6 +15,7 @@
 #include <KelTabContainer/imonitorsystem.h>
 #include <KelTabContainer/kelmousegesture.h>
 #include <KelTabContainer/keltabstyle.h>
+#include <KelTabContainer/keltabtranslations.h>
 #include <KelTabContainer/vosimagecache.h>
 #include <KelTabContainer/vossettingmanager.h>
 #include <KelTabContainer/vosshortcutmanager.h>
@@ -26,6 +27,7 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QTimer>
+#include <QTranslator>
 #include <QUrl>
 
 #include <cstdio>
@@ -89,6 +91,21 @@ void IsolateProfile(const QDir &out)
     VosImageCache::Instance()->SetCacheDirectory(profile + QStringLiteral("/icons"));
 }
 
+// The library's catalogue first, then the demo's own, so that the demo's wording wins
+// where both translate a text; the window follows the language's direction.
+void LoadLanguage(const QLocale &locale, QTranslator *demoTranslator)
+{
+    const bool library = KelTabTranslations::Install(locale);
+    const bool demo = demoTranslator->load(locale, QStringLiteral("browser"), QStringLiteral("_"),
+                                           QStringLiteral(":/browser/translations"));
+    if (demo)
+        QCoreApplication::installTranslator(demoTranslator);
+    if (!library && !demo)
+        std::fprintf(stderr, "No translation for %s: the texts stay English.\n", qUtf8Printable(locale.name()));
+    QLocale::setDefault(locale);
+    QApplication::setLayoutDirection(locale.textDirection());
+}
+
 void ReleaseSingletons()
 {
     VosShortcutManager::ReleaseInstance();
@@ -136,8 +153,11 @@ int main(int argc, char *argv[])
     // The platform is chosen before the application exists.
     const bool dump = HasArgument(argc, argv, "--a11y-dump");
     const bool tour = !dump && (HasArgument(argc, argv, "--tour") || !HasDisplay());
-    if (dump)
+    if (dump) {
         PrepareHeadless();
+        // The same rectangles on every machine, as in the tour.
+        QApplication::setAttribute(Qt::AA_Use96Dpi, true);
+    }
     if (tour) {
         PrepareHeadless();
         qInstallMessageHandler(TourMessageHandler);
@@ -163,6 +183,11 @@ int main(int argc, char *argv[])
                                        QStringLiteral("dir"));
     const QCommandLineOption dumpOption(QStringLiteral("a11y-dump"),
                                         QStringLiteral("Print the window's accessible tree and exit."));
+    const QCommandLineOption langOption(QStringLiteral("lang"),
+                                        QStringLiteral("Show the texts in <language> (de, zh_CN, he; by default the "
+                                                       "system's, English in the tour) and lay the window out in its "
+                                                       "direction."),
+                                        QStringLiteral("language"));
     parser.addPositionalArgument(QStringLiteral("address"), QStringLiteral("Addresses to open in tabs."),
                                  QStringLiteral("[address...]"));
     parser.addOption(classicOption);
@@ -170,7 +195,14 @@ int main(int argc, char *argv[])
     parser.addOption(logOption);
     parser.addOption(outOption);
     parser.addOption(dumpOption);
+    parser.addOption(langOption);
     parser.process(app);
+
+    QTranslator demoTranslator;
+    if (parser.isSet(langOption))
+        LoadLanguage(QLocale(parser.value(langOption)), &demoTranslator);
+    else if (!tour)
+        LoadLanguage(QLocale::system(), &demoTranslator);
 
     // The library's look first, then the window lays its own over it.
     KelTabStyle::ApplyDefaultStyleSheet();

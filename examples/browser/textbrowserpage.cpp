@@ -28,9 +28,18 @@ constexpr int kZoomStepPoints = 1;
 constexpr int kMinZoomSteps = -5;
 constexpr int kMaxZoomSteps = 10;
 
-QString Tr(const char *text)
+// The titles of the demo's own pages: their tabs are named in the user's language.
+[[maybe_unused]] const char *const kLocalPageTitles[] = {
+    QT_TRANSLATE_NOOP("TextBrowserPage", "Welcome"),
+    QT_TRANSLATE_NOOP("TextBrowserPage", "A host's guide"),
+    QT_TRANSLATE_NOOP("TextBrowserPage", "Signals a host answers"),
+    QT_TRANSLATE_NOOP("TextBrowserPage", "New tab"),
+};
+
+QString LocalPageTitle(const QString &title)
 {
-    return QCoreApplication::translate("TextBrowserPage", text);
+    const QByteArray source = title.toUtf8();
+    return QCoreApplication::translate("TextBrowserPage", source.constData());
 }
 
 bool IsTextType(const QString &contentType)
@@ -65,7 +74,7 @@ TextBrowserPage::TextBrowserPage(TabDataPtr tab, QNetworkAccessManager *network)
     m_localTimer->setSingleShot(true);
     QObject::connect(m_localTimer, &QTimer::timeout, m_view, [this] {
         m_view->SetLocalSource(QUrl(m_pendingUrl));
-        const QString title = m_view->documentTitle();
+        const QString title = LocalPageTitle(m_view->documentTitle());
         const bool newTabPage = m_pendingUrl == TabRecordFactory::NewTabPageUrl();
         Finish(title.isEmpty() ? TabRecordFactory::PlaceholderTitle(m_pendingUrl) : title,
                newTabPage ? QString() : TabRecordFactory::IconForUrl(m_pendingUrl));
@@ -284,9 +293,9 @@ void TextBrowserPage::StartRemote(const QString &url, bool noCache)
 {
     const QUrl address(url);
     if (address.scheme() != QLatin1String("http") && address.scheme() != QLatin1String("https")) {
-        m_view->SetRemoteHtml(Tr("<h2>Cannot open this address</h2><p>The demo shows local pages and "
+        m_view->SetRemoteHtml(QCoreApplication::translate("TextBrowserPage", "<h2>Cannot open this address</h2><p>The demo shows local pages and "
                                  "http or https pages only.</p>"));
-        Finish(Tr("Cannot open page"), TabRecordFactory::IconForUrl(QString()));
+        Finish(QCoreApplication::translate("TextBrowserPage", "Cannot open page"), TabRecordFactory::IconForUrl(QString()));
         return;
     }
 
@@ -300,7 +309,7 @@ void TextBrowserPage::StartRemote(const QString &url, bool noCache)
     m_reply = reply;
     QObject::connect(reply, &QNetworkReply::finished, m_view, [this, reply] { RemoteFinished(reply); });
 
-    auto *notice = new QLabel(Tr("Loading %1 ...").arg(address.host()));
+    auto *notice = new QLabel(QCoreApplication::translate("TextBrowserPage", "Loading %1 ...").arg(address.host()));
     notice->setObjectName(QStringLiteral("PageLoadingNotice"));
     ShowTabMask(notice, false, false, Qt::AlignCenter);
 }
@@ -315,8 +324,8 @@ void TextBrowserPage::RemoteFinished(QNetworkReply *reply)
 
     const QString url = reply->url().toString();
     if (reply->error() != QNetworkReply::NoError) {
-        m_view->SetRemoteHtml(Tr("<h2>Cannot load this page</h2><p>%1</p>").arg(reply->errorString().toHtmlEscaped()));
-        Finish(Tr("Cannot load page"), TabRecordFactory::IconForUrl(url));
+        m_view->SetRemoteHtml(QCoreApplication::translate("TextBrowserPage", "<h2>Cannot load this page</h2><p>%1</p>").arg(reply->errorString().toHtmlEscaped()));
+        Finish(QCoreApplication::translate("TextBrowserPage", "Cannot load page"), TabRecordFactory::IconForUrl(url));
         return;
     }
 
@@ -329,7 +338,7 @@ void TextBrowserPage::RemoteFinished(QNetworkReply *reply)
     } else if (IsTextType(contentType) || contentType.isEmpty()) {
         m_view->SetRemoteText(QString::fromUtf8(body));
     } else {
-        m_view->SetRemoteText(Tr("This address sends %1, which the demo does not show.").arg(contentType));
+        m_view->SetRemoteText(QCoreApplication::translate("TextBrowserPage", "This address sends %1, which the demo does not show.").arg(contentType));
     }
     Finish(title.isEmpty() ? TabRecordFactory::PlaceholderTitle(url) : title.simplified(),
            TabRecordFactory::IconForUrl(url));
