@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: MIT
+// Both tab strips and Qt's QTabBar side by side in one process: the cost of one
+// operation at 20, 200, 1,000 and 10,000 tabs, and the memory per tab.
+//
+//   bench_tabstrips [--plain] [--chart FILE.png] [--counts 20,200,...]
+//
+// By default every window carries the library's default style sheet, as in a host
+// that applies it (Qt's style-sheet style then serves QTabBar as well); --plain runs
+// without. Prints a Markdown table (milliseconds per operation, ratios to QTabBar) and
+// with --chart draws it. A strip is not run at a count where its time, projected from
+// the count before, would pass a minute (QTabBar at 10,000 tabs).
+
+#include "browsertabbar.h"
+#include "browsertabbarex.h"
+#include "dpitool.h"
+#include "keltabstyle.h"
+#include "tabdata.h"
+#include "tabstripbench.h"
+#include "tabstripchart.h"
+
+#include <QApplication>
+#include <QTabBar>
+
+#include <cstdio>
+#include <cstring>
+
+using namespace TabStripBench;
+
+namespace {
+
+TabDataPtr WebTab(int serial)
+{
+    TabDataPtr tab(new TabData);
+    tab->SetTabType(TabData::TabTypeWeb);
+    tab->SetTitle(Title(serial));
+    tab->SetData(QString::number(serial));
+    return tab;
+}
+
+// A host's scrolling strip with one fixed home tab.
+class HostTabBarEx : public BrowserTabBarEx
+{
+public:
+    using BrowserTabBarEx::BrowserTabBarEx;
+
+protected:
+    int FixedTabCount() override { return 1; }
+    int FixedTabTotalWidth() override { return ButtonHomepageWidth(); }
+};
+
+// Our strips through the base class both share.
+class OurStrip : public Strip
+{
+public:
+    explicit OurStrip(BrowserTabBarBase *bar) : m_bar(bar) { m_bar->InitMenu(); }
+    QWidget *Widget() override { return m_bar; }
+    void Add(int serial) override { m_bar->addTab(WebTab(serial)); }
+    void Insert(int index, int serial) override { m_bar->insertTab(index, WebTab(serial)); }
+    void SetCurrent(int index) override { m_bar->setCurrentIndex(index); }
+    void Remove(int index) override { m_bar->removeTab(index); }
+    void Move(int from, int to) override { m_bar->moveTab(from, to); }
+    int Count() const override { return m_bar->count(); }
+
+protected:
+    BrowserTabBarBase *m_bar;
+};
+
+class ScrollingStrip : public OurStrip
+{
+public:
+    explicit ScrollingStrip(QWidget *window) : OurStrip(new HostTabBarEx(window))
+    {
+        TabDataPtr home(new TabData);
+        home->SetTabType(TabData::TabTypeHomePage);
+        home->SetTitle(QStringLiteral("Home"));
+        m_bar->addTab(home);
+    }
+    bool ScrollTowards(int index) override
+    {
+        static_cast<BrowserTabBarEx *>(m_bar)->showIndex(index);
+        return true;
+    }
+};
+
+class ClassicStrip : public OurStrip
+{
+public:
+    explicit ClassicStrip(QWidget *window) : OurStrip(new BrowserTabBar(window)) {}
+};
+
+// QTabBar set up as a browser strip: closable, movable, scroll buttons, elided titles.
+class QtStrip : public Strip
+{
+public:
+    explicit QtStrip(QWidget *window) : m_bar(new QTabBar(window))
+    {
+        m_bar->setTabsClosable(true);
+        m_bar->setMovable(true);
+        m_bar->setUsesScrollButtons(true);
+        m_bar->setExpanding(false);
+        m_bar->setElideMode(Qt::ElideRight);
+    }
+    QWidget *Widget() override { return m_bar; }
+    void Add(int serial) override { m_bar->addTab(Title(serial)); }
+    void Insert(int index, int serial) override { m_bar->insertTab(index, Title(serial)); }
+    void SetCurrent(int index) override { m_bar->setCurrentIndex(index); }
+    void Remove(int index) override { m_bar->removeTab(index); }
+    void Move(int from, int to) override { m_bar->moveTab(from, to); }
+    int Count() const override { return m_bar->count(); }
+
+private:
+    QTabBar *m_bar;
+};
+
+QVector<int> ParseCounts(const char *text)
+{
+    QVector<int> counts;
+    const QStringList parts = QString::fromLatin1(text).split(QLatin1Char(','));
+    for (const QString &part : parts) {
+        bool ok = false;
+        const int n = part.toInt(&ok);
+        if (ok && n > 0)
+            counts << n;
+    }
+    return counts;
+}
+
+QString Cell(double ms)
+{
+    if (ms <= 0)
+        return QStringLiteral("–");
+    return QString::number(ms, 'f', ms < 1 ? 3 : 2);
+}
+
+QString Ratio(double ours, double theirs)
+{
+    return ours > 0 && theirs > 0 ? QString::number(ours / theirs, 'f', 2) : QStringLiteral("–");
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication::setAttribute(Qt::AA_Use96Dpi, true);
+    QApplication app(argc, argv);
+    DpiTool::SetScaleFactor(1.0);
+
+    bool styled = true;
+    QString chart;
+    QVector<int> counts{20, 200, 1000, 10000};
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--plain") == 0)
+            styled = false;
+        else if (std::strcmp(argv[i], "--chart") == 0 && i + 1 < argc)
+            chart = QString::fromLocal8Bit(argv[++i]);
+        else if (std::strcmp(argv[i], "--counts") == 0 && i + 1 < argc)
+            counts = ParseCounts(argv[++i]);
+    }
+    if (counts.isEmpty()) {
+        std::fprintf(stderr, "--counts wants a list such as 20,200\n");
+        return 2;
+    }
+    const QString sheet = styled ? KelTabStyle::DefaultStyleSheet() : QString();
+
+    QVector<Series> series{{QStringLiteral("BrowserTabBarEx (scrolling)"), QColor(31, 119, 180), {}, {}},
+                           {QStringLiteral("BrowserTabBar (classic)"), QColor(255, 127, 14), {}, {}},
+                           {QStringLiteral("QTabBar"), QColor(110, 110, 110), {}, {}}};
+    auto make = [](int which, QWidget *window) -> Strip * {
+        switch (which) {
+        case 0:
+            return new ScrollingStrip(window);
+        case 1:
+            return new ClassicStrip(window);
+        default:
+            return new QtStrip(window);
+        }
+    };
+    constexpr double kBudgetMs = 60000;
+    // A warm-up round each, so that the first figures do not carry one-time costs.
+    for (int which = 0; which < series.size(); ++which)
+        Measure([&](QWidget *w) { return make(which, w); }, 20, sheet);
+
+    for (int which = 0; which < series.size(); ++which) {
+        double lastMs = 0;
+        int lastCount = 0;
+        for (int tabs : qAsConst(counts)) {
+            if (lastCount > 0 && lastMs * tabs / lastCount > kBudgetMs) {
+                std::fprintf(stderr, "%s: %d tabs skipped (over a minute)\n", qPrintable(series[which].name), tabs);
+                break;
+            }
+            QElapsedTimer took;
+            took.start();
+            const Figures f = Measure([&](QWidget *w) { return make(which, w); }, tabs, sheet);
+            lastMs = Ms(took);
+            lastCount = tabs;
+            series[which].tabs << tabs;
+            series[which].figures << f;
+            std::fprintf(stderr, "%s: %d tabs in %.1f s\n", qPrintable(series[which].name), tabs, lastMs / 1000);
+        }
+    }
+
+    auto at = [&](int which, int tabs) -> const Figures * {
+        const int i = series[which].tabs.indexOf(tabs);
+        return i < 0 ? nullptr : &series[which].figures[i];
+    };
+    std::printf("Milliseconds per operation (memory: KiB per tab), %s; ratios to QTabBar.\n\n",
+                styled ? "every window with the library's default style sheet" : "no style sheet");
+    std::printf("| operation | tabs | scrolling | classic | QTabBar | scrolling / QTabBar | classic / QTabBar |\n");
+    std::printf("| --- | ---: | ---: | ---: | ---: | ---: | ---: |\n");
+    for (int op = 0; op <= OperationCount; ++op) {
+        for (int tabs : qAsConst(counts)) {
+            double v[3] = {};
+            for (int which = 0; which < 3; ++which) {
+                if (const Figures *f = at(which, tabs))
+                    v[which] = op == OperationCount ? f->bytesPerTab / 1024.0 : f->msPerOp[op];
+            }
+            std::printf("| %s | %d | %s | %s | %s | %s | %s |\n",
+                        op == OperationCount ? "memory" : OperationName(op), tabs, qPrintable(Cell(v[0])),
+                        qPrintable(Cell(v[1])), qPrintable(Cell(v[2])), qPrintable(Ratio(v[0], v[2])),
+                        qPrintable(Ratio(v[1], v[2])));
+        }
+    }
+    std::fflush(stdout);
+    if (!chart.isEmpty() && !DrawChart(series, counts, chart)) {
+        std::fprintf(stderr, "Cannot write %s\n", qPrintable(chart));
+        return 1;
+    }
+    return 0;
+}
