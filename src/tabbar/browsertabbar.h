@@ -24,11 +24,17 @@ class QPixmap;
  * A tab dragged sideways follows the pointer and takes a neighbour's place once it
  * covers enough of it; tabs before SetFirstIndex() stay in place. While a tab is
  * dragged the new-tab button is hidden.
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabBar : public BrowserTabBarBase
 {
     Q_OBJECT
 public:
+    /**
+     * An empty bar with its new-tab button and without a menu: call InitMenu() once the
+     * subclass is in place, and SetFirstIndex() with the number of fixed tabs.
+     */
     explicit BrowserTabBar(QWidget *parent = nullptr);
     ~BrowserTabBar() override;
 

@@ -15,6 +15,8 @@
  *
  * @note A press and release without motion emits no SigButtonMove. Releases of other
  * buttons than the left one leave the proxy shown.
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabMoveProxy : public TabMoveProxy
 {
