@@ -34,11 +34,14 @@ class IGestureHandlerDelegate;
  * delegate's area) and the delegate's actions are left out.
  *
  * GUI thread only.
+ *
+ * @ingroup gestures
  */
 class KELTABCONTAINER_EXPORT BrowserGestureHandler : public QObject
 {
     Q_OBJECT
 public:
+    /** A handler without a delegate; its toast is made when first needed. */
     explicit BrowserGestureHandler(QObject *parent = nullptr);
     ~BrowserGestureHandler() override;
 

@@ -15,11 +15,14 @@ class QLabel;
  * DpiTool, again whenever the factor changes) holding one centred label. Its look
  * comes from style sheets: the window is "GestureToast", the label "text_label";
  * the library's default is in KelTabStyle::DefaultStyleSheet().
+ *
+ * @ingroup gestures
  */
 class KELTABCONTAINER_EXPORT GestureToast : public KelBaseWidget, public IDpiAdapter
 {
     Q_OBJECT
 public:
+    /** A hidden toast with an empty label, sized for the present scale factor. */
     explicit GestureToast(QWidget *parent = nullptr);
     ~GestureToast() override;
 

@@ -24,6 +24,8 @@ class VosShortcut;
  * IsFullscreen() question for F11 and Esc.
  *
  * GUI thread only.
+ *
+ * @ingroup shortcuts
  */
 class KELTABCONTAINER_EXPORT BrowserKeyHandler : public QObject
 {
