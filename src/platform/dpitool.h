@@ -14,6 +14,8 @@
  * nearest integer, halves away from zero (qRound): at 1.5, 9 becomes 14 (13.5
  * rounds up) and -9 becomes -14. Callers scale each design value on its own
  * before adding values, so sums of scaled values may differ from the scaled sum.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT DpiTool
 {

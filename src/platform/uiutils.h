@@ -5,7 +5,9 @@
 
 class QWidget;
 
-/** Small helpers for widgets whose look is driven by style sheets. */
+/** Small helpers for widgets whose look is driven by style sheets.
+ * @ingroup platform
+ */
 class KELTABCONTAINER_EXPORT UIUtils
 {
 public:

@@ -12,6 +12,8 @@
  * Elsewhere they are posted as a QKeyEvent press and release to
  * QApplication::focusWidget(), to be delivered by the event loop; without a focus
  * widget nothing is posted.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT VosKeyInjector
 {

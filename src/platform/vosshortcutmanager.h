@@ -15,6 +15,8 @@ class VosShortcut;
  * Instance() and ReleaseInstance() belong to the GUI thread like everything else:
  * called from another thread they print a warning and refuse (Instance() returns
  * null). ReleaseInstance() may be called from a destructor that it sets off.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT VosShortcutManager
 {
