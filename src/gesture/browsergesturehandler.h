@@ -43,6 +43,7 @@ class KELTABCONTAINER_EXPORT BrowserGestureHandler : public QObject
 public:
     /** A handler without a delegate; its toast is made when first needed. */
     explicit BrowserGestureHandler(QObject *parent = nullptr);
+    /** Deletes its toast (left to the process when the application object is already gone). */
     ~BrowserGestureHandler() override;
 
     /** Uses @p delegate (not owned) from now on; null leaves only what needs no host. */

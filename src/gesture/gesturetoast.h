@@ -24,6 +24,7 @@ class KELTABCONTAINER_EXPORT GestureToast : public KelBaseWidget, public IDpiAda
 public:
     /** A hidden toast with an empty label, sized for the present scale factor. */
     explicit GestureToast(QWidget *parent = nullptr);
+    /** Nothing beyond the widget's own clean-up; BrowserGestureHandler deletes its toast. */
     ~GestureToast() override;
 
     /** Shows @p text in the label. */

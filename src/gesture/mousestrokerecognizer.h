@@ -46,6 +46,7 @@ class KELTABCONTAINER_EXPORT MouseStrokeRecognizer : public QObject
 public:
     /** A recogniser that watches nothing and reports to no handler until Attach() and SetGestureHandler(). */
     explicit MouseStrokeRecognizer(QObject *parent = nullptr);
+    /** Stops watching; a stroke in progress ends without a report. */
     ~MouseStrokeRecognizer() override;
 
     /**

@@ -20,6 +20,7 @@
 class KELTABCONTAINER_EXPORT DpiTool
 {
 public:
+    /** Not constructible: every operation is static. */
     DpiTool() = delete;
 
     /** @return @p value at 96 dpi scaled to the current factor, rounded as described above. */

@@ -20,6 +20,7 @@ class KELTABCONTAINER_EXPORT ElidedLabelEx : public QLabel
 public:
     /** An empty label showing plain text on one line. */
     explicit ElidedLabelEx(QWidget *parent = nullptr);
+    /** Nothing beyond QLabel's own clean-up. */
     ~ElidedLabelEx() override;
 
     /** Shows @p text, elided on the right to the label's width, with @p toolTip as tool tip. */

@@ -21,5 +21,6 @@ public:
      * @param flags  window flags; Qt::FramelessWindowHint is always added
      */
     explicit KelBaseWidget(QWidget *parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+    /** Nothing beyond QWidget's own clean-up. */
     ~KelBaseWidget() override;
 };

@@ -14,5 +14,6 @@ class KELTABCONTAINER_EXPORT KelLabel : public QLabel
 public:
     /** An empty label with Qt::PlainText as its text format. */
     explicit KelLabel(QWidget *parent = nullptr);
+    /** Nothing beyond QLabel's own clean-up. */
     ~KelLabel() override;
 };

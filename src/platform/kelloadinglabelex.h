@@ -23,6 +23,7 @@ class KELTABCONTAINER_EXPORT KelLoadingLabelEx : public QLabel
 public:
     /** A label without an image and without a running animation. */
     explicit KelLoadingLabelEx(QWidget *parent = nullptr);
+    /** Stops the animation with the label. */
     ~KelLoadingLabelEx() override;
 
     /** Loads the image to animate from @p path (a file or a ":/" resource). */

@@ -17,5 +17,6 @@ class KELTABCONTAINER_EXPORT KelMenu : public QMenu
 public:
     /** An empty menu without native frame and shadow. */
     explicit KelMenu(QWidget *parent = nullptr);
+    /** Nothing beyond QMenu's own clean-up. */
     ~KelMenu() override;
 };

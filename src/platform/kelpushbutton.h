@@ -29,6 +29,7 @@ public:
      * @param parent   the parent widget
      */
     explicit KelPushButton(int type = 0, int business = 0, QWidget *parent = nullptr);
+    /** Nothing beyond QPushButton's own clean-up. */
     ~KelPushButton() override;
 
     /** @return the look family given to the constructor. */

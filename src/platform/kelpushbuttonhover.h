@@ -21,6 +21,7 @@ class KELTABCONTAINER_EXPORT KelPushButtonHover : public QPushButton
 public:
     /** A button that is not hovered. */
     explicit KelPushButtonHover(QWidget *parent = nullptr);
+    /** Nothing beyond QPushButton's own clean-up; no SigHoverChanged() is emitted. */
     ~KelPushButtonHover() override;
 
     /** @return true while the pointer is over the visible button. */

@@ -26,6 +26,7 @@ public:
      * following its size; without a parent it covers nothing until placed.
      */
     explicit TabMask(QWidget *parent = nullptr);
+    /** Deletes the mask with the widget shown in it (a child of the mask). */
     ~TabMask() override;
 
     /**

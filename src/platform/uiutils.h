@@ -11,6 +11,7 @@ class QWidget;
 class KELTABCONTAINER_EXPORT UIUtils
 {
 public:
+    /** Not constructible: every operation is static. */
     UIUtils() = delete;
 
     /**

@@ -18,6 +18,7 @@
 class KELTABCONTAINER_EXPORT VosKeyInjector
 {
 public:
+    /** Not constructible: every operation is static. */
     VosKeyInjector() = delete;
 
     /**

@@ -79,7 +79,9 @@ public:
     /** @return how many changes wait for another program's lock to go (0 normally). */
     int PendingWriteCount() const;
 
+    /** Not copyable: the single instance owns what it holds. */
     VosSettingManager(const VosSettingManager &) = delete;
+    /** Not copyable: the single instance owns what it holds. */
     VosSettingManager &operator=(const VosSettingManager &) = delete;
 
 private:

@@ -66,6 +66,7 @@ public:
      * @param context which presses count, see the class description
      */
     VosShortcut(QWidget *widget, Qt::ShortcutContext context);
+    /** Stops watching: no SigActivated() after this. */
     ~VosShortcut() override;
 
     /** Registers one combination; registering it again changes nothing. */

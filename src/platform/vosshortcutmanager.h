@@ -36,7 +36,9 @@ public:
     /** @return the kept objects, in the order they were added. */
     QList<QSharedPointer<VosShortcut>> Shortcuts() const;
 
+    /** Not copyable: the single instance owns what it holds. */
     VosShortcutManager(const VosShortcutManager &) = delete;
+    /** Not copyable: the single instance owns what it holds. */
     VosShortcutManager &operator=(const VosShortcutManager &) = delete;
 
 private:

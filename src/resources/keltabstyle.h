@@ -21,6 +21,7 @@ class QWidget;
 class KELTABCONTAINER_EXPORT KelTabStyle
 {
 public:
+    /** Not constructible: every operation is static. */
     KelTabStyle() = delete;
 
     /** The default style sheet text. */

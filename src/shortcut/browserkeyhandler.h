@@ -31,7 +31,12 @@ class KELTABCONTAINER_EXPORT BrowserKeyHandler : public QObject
 {
     Q_OBJECT
 public:
+    /** A handler that watches no keys until Initialize() and calls no delegate until SetKeyHandlerDelegate(). */
     BrowserKeyHandler();
+    /**
+     * Disconnects from its shortcut object; that object stays with VosShortcutManager
+     * until the manager is released, and its presses then pass on to the widgets.
+     */
     ~BrowserKeyHandler() override;
 
     /**

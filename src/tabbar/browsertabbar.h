@@ -36,6 +36,7 @@ public:
      * subclass is in place, and SetFirstIndex() with the number of fixed tabs.
      */
     explicit BrowserTabBar(QWidget *parent = nullptr);
+    /** Deletes the bar with its new-tab button and background cache (see ~BrowserTabBarBase()). */
     ~BrowserTabBar() override;
 
     /** Hides the new-tab button for good: it stays hidden after drags too. */

@@ -40,6 +40,7 @@ public:
      */
     BrowserTabButton(TabDataPtr tabData, const QString &iconPath, bool loading, BrowserTabBar *bar,
                      QWidget *parent = nullptr);
+    /** The bar deletes its buttons; a host does not. */
     ~BrowserTabButton() override;
 
     /** After a drag: re-evaluates the close button when the pointer is no longer over the button. */

@@ -26,8 +26,11 @@ class KELTABCONTAINER_EXPORT BrowserTabButtonBg
 public:
     /** An empty cache: nothing is built until the first GetButtonBg(). */
     BrowserTabButtonBg();
+    /** Frees the backgrounds; pixmaps handed out by GetButtonBg() go with them. */
     ~BrowserTabButtonBg();
+    /** Not copyable: a cache owns what it holds. */
     BrowserTabButtonBg(const BrowserTabButtonBg &) = delete;
+    /** Not copyable: a cache owns what it holds. */
     BrowserTabButtonBg &operator=(const BrowserTabButtonBg &) = delete;
 
     /**

@@ -22,5 +22,6 @@ class KELTABCONTAINER_EXPORT BrowserTabArrowProxyEx : public TabPopupProxy
 public:
     /** A hidden proxy; the arrow passes no @p parent. */
     explicit BrowserTabArrowProxyEx(QWidget *parent = nullptr);
+    /** Its arrow deletes it; no SigButtonRelease() is emitted by the destruction. */
     ~BrowserTabArrowProxyEx() override;
 };

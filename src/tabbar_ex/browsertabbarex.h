@@ -52,6 +52,7 @@ public:
      * SetFirstIndex() with the number of fixed tabs.
      */
     explicit BrowserTabBarEx(QWidget *parent = nullptr);
+    /** Stops the arrows' scrolling and deletes the bar (see ~BrowserTabBarBase()). */
     ~BrowserTabBarEx() override;
 
     /** Scrolls, animated, so that the scrolling tab at @p index is in view. Fixed tabs are ignored. */

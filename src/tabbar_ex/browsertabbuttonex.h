@@ -39,6 +39,7 @@ public:
      */
     BrowserTabButtonEx(TabDataPtr tabData, const QString &iconPath, bool loading, BrowserTabBarEx *bar,
                        QWidget *parent = nullptr);
+    /** The bar deletes its buttons; a host does not. */
     ~BrowserTabButtonEx() override;
 
     /**

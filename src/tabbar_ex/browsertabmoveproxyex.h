@@ -21,5 +21,6 @@ class KELTABCONTAINER_EXPORT BrowserTabMoveProxyEx : public TabMoveProxy
 public:
     /** A hidden proxy; the bar passes no @p parent. */
     explicit BrowserTabMoveProxyEx(QWidget *parent = nullptr);
+    /** The bar deletes it; no SigButtonRelease() is emitted by the destruction. */
     ~BrowserTabMoveProxyEx() override;
 };

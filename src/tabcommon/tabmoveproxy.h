@@ -22,6 +22,7 @@ class KELTABCONTAINER_EXPORT TabMoveProxy : public TabPopupProxy
 public:
     /** A hidden proxy with the start point at (0, 0); the bars pass no @p parent. */
     explicit TabMoveProxy(QWidget *parent = nullptr);
+    /** The owner deletes it; see ~TabPopupProxy() for the signals. */
     ~TabMoveProxy() override;
 
     /** The global cursor position at the press; begins a new hold, so HasMoved() is false again. */

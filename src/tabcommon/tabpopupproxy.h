@@ -21,6 +21,10 @@ class KELTABCONTAINER_EXPORT TabPopupProxy : public QFrame
 public:
     /** An invisible, hidden 1 x 1 popup; the bars pass no @p parent. */
     explicit TabPopupProxy(QWidget *parent = nullptr);
+    /**
+     * Blocks its signals first: the destruction hides a shown proxy, and its owner,
+     * usually being destroyed itself, must not hear of that.
+     */
     ~TabPopupProxy() override;
 
 Q_SIGNALS:
