@@ -12,6 +12,7 @@ KELTAB_PACKAGES=(
     x11-xkb-utils xkb-data libx11-dev libxtst-dev
     libqt5svg5 qt5-image-formats-plugins libqt6svg6 qt6-image-formats-plugins openssl
     dbus-daemon dbus-bin at-spi2-core python3 python3-gi gir1.2-atspi-2.0
+    doxygen
 )
 
 keltab_install_deps() {

@@ -45,6 +45,7 @@ run_suite() {
 
 stage "Normal build, Qt 5"
 configure_and_build build/normal
+cmake --build build/normal --target docs
 run_suite build/normal
 
 stage "Normal build, Qt 6"

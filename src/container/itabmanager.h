@@ -12,13 +12,19 @@ class TabContainer;
  * The bars only store and return the pointer; they never call it and never own it.
  * The operations are those a host's pages and tools need to reach the pages behind
  * the tabs without knowing the window.
+ *
+ * @ingroup pages
  */
 class KELTABCONTAINER_EXPORT ITabManager
 {
 public:
+    /** Nothing to set up: the interface has no state. */
     ITabManager() = default;
+    /** Interfaces copy freely; there is no state to copy. */
     ITabManager(const ITabManager &) = default;
+    /** Interfaces copy freely; there is no state to copy. */
     ITabManager &operator=(const ITabManager &) = default;
+    /** Virtual, so that a manager may be deleted through this interface. */
     virtual ~ITabManager();
 
     /** @return the page that shows @p tab, or null when no page does. */

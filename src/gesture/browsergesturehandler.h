@@ -34,12 +34,16 @@ class IGestureHandlerDelegate;
  * delegate's area) and the delegate's actions are left out.
  *
  * GUI thread only.
+ *
+ * @ingroup gestures
  */
 class KELTABCONTAINER_EXPORT BrowserGestureHandler : public QObject
 {
     Q_OBJECT
 public:
+    /** A handler without a delegate; its toast is made when first needed. */
     explicit BrowserGestureHandler(QObject *parent = nullptr);
+    /** Deletes its toast (left to the process when the application object is already gone). */
     ~BrowserGestureHandler() override;
 
     /** Uses @p delegate (not owned) from now on; null leaves only what needs no host. */

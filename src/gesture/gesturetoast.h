@@ -15,12 +15,16 @@ class QLabel;
  * DpiTool, again whenever the factor changes) holding one centred label. Its look
  * comes from style sheets: the window is "GestureToast", the label "text_label";
  * the library's default is in KelTabStyle::DefaultStyleSheet().
+ *
+ * @ingroup gestures
  */
 class KELTABCONTAINER_EXPORT GestureToast : public KelBaseWidget, public IDpiAdapter
 {
     Q_OBJECT
 public:
+    /** A hidden toast with an empty label, sized for the present scale factor. */
     explicit GestureToast(QWidget *parent = nullptr);
+    /** Nothing beyond the widget's own clean-up; BrowserGestureHandler deletes its toast. */
     ~GestureToast() override;
 
     /** Shows @p text in the label. */

@@ -9,13 +9,19 @@
  * What the host does for the gestures that concern its tabs and pages, and where it
  * wants the gesture toast. Implemented by the host and handed to
  * BrowserGestureHandler::SetGestureHandlerDelegate(); the handler does not own it.
+ *
+ * @ingroup gestures
  */
 class KELTABCONTAINER_EXPORT IGestureHandlerDelegate
 {
 public:
+    /** Nothing to set up: the interface has no state. */
     IGestureHandlerDelegate();
+    /** Interfaces copy freely; there is no state to copy. */
     IGestureHandlerDelegate(const IGestureHandlerDelegate &other);
+    /** Interfaces copy freely; there is no state to copy. */
     IGestureHandlerDelegate &operator=(const IGestureHandlerDelegate &other);
+    /** Virtual, so that a delegate may be deleted through this interface. */
     virtual ~IGestureHandlerDelegate();
 
     /** BrowserActionBack: go back in the current page's history. */

@@ -13,6 +13,8 @@
  * Gesture shapes. The values are stored in the user's gesture map, so they never
  * change; 0 is not used. The underlying type is fixed so that any stored value, even
  * one no build knows, can be held without undefined behaviour.
+ *
+ * @ingroup gestures
  */
 enum EMouseGestureDirection : qint32 {
     MouseGestureLeft = 1,       ///< "L"
@@ -32,6 +34,8 @@ enum EMouseGestureDirection : qint32 {
  * Browser actions a gesture can run. Stored in the user's gesture map, so the values
  * never change; 0 is not used. BrowserActionInvalid is a real, selectable action:
  * binding a shape to it switches that shape off.
+ *
+ * @ingroup gestures
  */
 enum EBrowserAction : qint32 {
     BrowserActionInvalid = 1,
@@ -62,6 +66,8 @@ enum EBrowserAction : qint32 {
  * Instance() and ReleaseInstance() belong to the GUI thread like everything else:
  * called from another thread they print a warning and refuse (Instance() returns
  * null). ReleaseInstance() may be called from a destructor that it sets off.
+ *
+ * @ingroup gestures
  */
 class KELTABCONTAINER_EXPORT KelMouseGesture : public QObject
 {

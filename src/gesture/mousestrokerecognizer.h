@@ -37,12 +37,16 @@ class QWidget;
  * never touched.
  *
  * GUI thread only.
+ *
+ * @ingroup gestures
  */
 class KELTABCONTAINER_EXPORT MouseStrokeRecognizer : public QObject
 {
     Q_OBJECT
 public:
+    /** A recogniser that watches nothing and reports to no handler until Attach() and SetGestureHandler(). */
     explicit MouseStrokeRecognizer(QObject *parent = nullptr);
+    /** Stops watching; a stroke in progress ends without a report. */
     ~MouseStrokeRecognizer() override;
 
     /**
@@ -50,10 +54,12 @@ public:
      * watched so far (a stroke in progress is cancelled). Null stops watching.
      */
     void Attach(QWidget *widget);
+    /** @return the widget given to Attach(); null before, after Attach(nullptr), or once that widget is destroyed. */
     QWidget *AttachedWidget() const;
 
     /** Reports strokes to @p handler (not owned; null: signals only). */
     void SetGestureHandler(BrowserGestureHandler *handler);
+    /** @return the handler given to SetGestureHandler(), or null. */
     BrowserGestureHandler *GestureHandler() const;
 
     /**
@@ -62,6 +68,7 @@ public:
      * The default is 20.
      */
     void SetMinimumSegmentLength(int length);
+    /** @return the shortest run that counts as a direction, in design pixels (20 unless set). */
     int MinimumSegmentLength() const;
 
     /** @return true between the right-button press that started a stroke and its release. */
@@ -88,6 +95,11 @@ Q_SIGNALS:
     void SigStrokeFinished(const QStringList &codes);
 
 protected:
+    /**
+     * Follows right-button strokes on the attached widget and its descendants, while
+     * KelMouseGesture::GetEnableGesture() is true; consumes their press, moves and
+     * release as described above and lets every other event through.
+     */
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

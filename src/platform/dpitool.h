@@ -14,10 +14,13 @@
  * nearest integer, halves away from zero (qRound): at 1.5, 9 becomes 14 (13.5
  * rounds up) and -9 becomes -14. Callers scale each design value on its own
  * before adding values, so sums of scaled values may differ from the scaled sum.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT DpiTool
 {
 public:
+    /** Not constructible: every operation is static. */
     DpiTool() = delete;
 
     /** @return @p value at 96 dpi scaled to the current factor, rounded as described above. */

@@ -11,12 +11,16 @@
  * FullText() keeps the text as given; text() is what is shown. The tool tip is the
  * one passed to setText(), never the elided text. In a layout the label asks for the
  * width of its whole text but accepts any width.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT ElidedLabelEx : public QLabel
 {
     Q_OBJECT
 public:
+    /** An empty label showing plain text on one line. */
     explicit ElidedLabelEx(QWidget *parent = nullptr);
+    /** Nothing beyond QLabel's own clean-up. */
     ~ElidedLabelEx() override;
 
     /** Shows @p text, elided on the right to the label's width, with @p toolTip as tool tip. */
@@ -35,7 +39,9 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    /** Elides the text again for the new width. */
     void resizeEvent(QResizeEvent *event) override;
+    /** Elides the text again after a font or style change. */
     void changeEvent(QEvent *event) override;
 
 private:

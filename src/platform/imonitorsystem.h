@@ -16,12 +16,17 @@
  * ReportUsageEvent() and installs its object with SetMonitorSystem().
  *
  * GUI thread only.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT IMonitorSystem
 {
 public:
+    /** A recorder that is not installed; install it with SetMonitorSystem(). */
     IMonitorSystem();
+    /** A copy that is not installed, whether @p other is or not. */
     IMonitorSystem(const IMonitorSystem &other);
+    /** Changes nothing about which recorder is installed. */
     IMonitorSystem &operator=(const IMonitorSystem &other);
     /** If this object is installed, the default recorder is installed again. */
     virtual ~IMonitorSystem();

@@ -8,10 +8,16 @@
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 class QEnterEvent;
-/** The event QWidget::enterEvent() takes: QEnterEvent with Qt 6, QEvent with Qt 5. */
+/**
+ * The event QWidget::enterEvent() takes: QEnterEvent with Qt 6, QEvent with Qt 5.
+ * @ingroup platform
+ */
 using KelEnterEvent = QEnterEvent;
 #else
 class QEvent;
-/** The event QWidget::enterEvent() takes: QEnterEvent with Qt 6, QEvent with Qt 5. */
+/**
+ * The event QWidget::enterEvent() takes: QEnterEvent with Qt 6, QEvent with Qt 5.
+ * @ingroup platform
+ */
 using KelEnterEvent = QEvent;
 #endif

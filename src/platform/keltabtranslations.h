@@ -22,6 +22,8 @@
  *
  * The name of an untitled tab (TabData::GetNewTabName()) is read once per process:
  * install the catalogue before the first tab is made.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT KelTabTranslations
 {

@@ -5,10 +5,13 @@
 
 class QWidget;
 
-/** Small helpers for widgets whose look is driven by style sheets. */
+/** Small helpers for widgets whose look is driven by style sheets.
+ * @ingroup platform
+ */
 class KELTABCONTAINER_EXPORT UIUtils
 {
 public:
+    /** Not constructible: every operation is static. */
     UIUtils() = delete;
 
     /**

@@ -47,6 +47,8 @@
  * Instance() and ReleaseInstance() belong to the GUI thread like everything else:
  * called from another thread they print a warning and refuse (Instance() returns
  * null). ReleaseInstance() may be called from a destructor that it sets off.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT VosImageCache : public QObject
 {
@@ -91,6 +93,7 @@ public:
      * Downloads already in flight keep the folder they started with.
      */
     void SetCacheDirectory(const QString &directory);
+    /** @return the folder copies are kept in: the one set, or the default one. */
     QString CacheDirectory() const;
 
     /**
@@ -98,6 +101,7 @@ public:
      * @p ms of 0 or less restores DefaultTimeoutMs. Applies to downloads started later.
      */
     void SetTimeoutMs(int ms);
+    /** @return the time a download may take, in milliseconds (DefaultTimeoutMs unless set). */
     int TimeoutMs() const;
 
     /**
@@ -113,6 +117,7 @@ public:
      * kept. @p bytes of 0 or less restores DefaultMemoryBudget.
      */
     void SetMemoryBudget(qint64 bytes);
+    /** @return the memory budget in bytes (DefaultMemoryBudget unless set). */
     qint64 MemoryBudget() const;
     /** @return the bytes of decoded images held in memory now. */
     qint64 MemoryUsage() const;
@@ -124,6 +129,7 @@ public:
      * once.
      */
     void SetDiskBudget(qint64 bytes);
+    /** @return the disk budget in bytes (DefaultDiskBudget unless set). */
     qint64 DiskBudget() const;
     /** @return the bytes of the cache's files in the cache directory now. */
     qint64 DiskUsage() const;

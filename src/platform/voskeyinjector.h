@@ -12,10 +12,13 @@
  * Elsewhere they are posted as a QKeyEvent press and release to
  * QApplication::focusWidget(), to be delivered by the event loop; without a focus
  * widget nothing is posted.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT VosKeyInjector
 {
 public:
+    /** Not constructible: every operation is static. */
     VosKeyInjector() = delete;
 
     /**

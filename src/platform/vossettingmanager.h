@@ -35,6 +35,8 @@
  * Instance() and ReleaseInstance() belong to the GUI thread like everything else:
  * called from another thread they print a warning and refuse (Instance() returns
  * null). ReleaseInstance() may be called from a destructor that it sets off.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT VosSettingManager
 {
@@ -77,7 +79,9 @@ public:
     /** @return how many changes wait for another program's lock to go (0 normally). */
     int PendingWriteCount() const;
 
+    /** Not copyable: the single instance owns what it holds. */
     VosSettingManager(const VosSettingManager &) = delete;
+    /** Not copyable: the single instance owns what it holds. */
     VosSettingManager &operator=(const VosSettingManager &) = delete;
 
 private:

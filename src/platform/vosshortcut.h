@@ -50,6 +50,8 @@ class QWidget;
  *
  * The object watches through an application-wide event filter, so it sees presses
  * before any widget acts on them. GUI thread only.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT VosShortcut : public QObject
 {
@@ -64,6 +66,7 @@ public:
      * @param context which presses count, see the class description
      */
     VosShortcut(QWidget *widget, Qt::ShortcutContext context);
+    /** Stops watching: no SigActivated() after this. */
     ~VosShortcut() override;
 
     /** Registers one combination; registering it again changes nothing. */
@@ -73,9 +76,12 @@ public:
 
     /** Switches browser mode on or off (off initially). */
     void SetBrowser(bool browser);
+    /** @return true in browser mode. */
     bool IsBrowser() const;
 
+    /** @return the watched widget; null once it was destroyed. */
     QWidget *Widget() const;
+    /** @return the context given to the constructor. */
     Qt::ShortcutContext Context() const;
 
     /**
@@ -101,6 +107,8 @@ public:
      * layout's keysym when it is a Latin letter or digit); "windows" gives Windows
      * virtual keys; "cocoa" gives macOS key codes as the virtual key. Other
      * platforms have no native codes and give 0.
+     * @param nativeScanCode QKeyEvent::nativeScanCode() of the press
+     * @param nativeVirtualKey QKeyEvent::nativeVirtualKey() of the press
      */
     static uint PhysicalKeyFromNative(const QString &platformName, quint32 nativeScanCode,
                                       quint32 nativeVirtualKey);
@@ -126,6 +134,10 @@ Q_SIGNALS:
     void SigActivated(uint keyCode, uint keyModifiers);
 
 protected:
+    /**
+     * Reports and consumes the presses that match, as described for the class; every
+     * other event passes on untouched.
+     */
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

@@ -15,6 +15,8 @@ class VosShortcut;
  * Instance() and ReleaseInstance() belong to the GUI thread like everything else:
  * called from another thread they print a warning and refuse (Instance() returns
  * null). ReleaseInstance() may be called from a destructor that it sets off.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT VosShortcutManager
 {
@@ -34,7 +36,9 @@ public:
     /** @return the kept objects, in the order they were added. */
     QList<QSharedPointer<VosShortcut>> Shortcuts() const;
 
+    /** Not copyable: the single instance owns what it holds. */
     VosShortcutManager(const VosShortcutManager &) = delete;
+    /** Not copyable: the single instance owns what it holds. */
     VosShortcutManager &operator=(const VosShortcutManager &) = delete;
 
 private:

@@ -15,10 +15,13 @@ class QWidget;
  * of every ".qss" file under the resource folder ":/qss/". A host applies it with
  * ApplyDefaultStyleSheet(), or takes DefaultStyleSheet(), edits it and applies its
  * own; the library never applies a style sheet by itself.
+ *
+ * @ingroup platform
  */
 class KELTABCONTAINER_EXPORT KelTabStyle
 {
 public:
+    /** Not constructible: every operation is static. */
     KelTabStyle() = delete;
 
     /** The default style sheet text. */

@@ -24,12 +24,19 @@ class VosShortcut;
  * IsFullscreen() question for F11 and Esc.
  *
  * GUI thread only.
+ *
+ * @ingroup shortcuts
  */
 class KELTABCONTAINER_EXPORT BrowserKeyHandler : public QObject
 {
     Q_OBJECT
 public:
+    /** A handler that watches no keys until Initialize() and calls no delegate until SetKeyHandlerDelegate(). */
     BrowserKeyHandler();
+    /**
+     * Disconnects from its shortcut object; that object stays with VosShortcutManager
+     * until the manager is released, and its presses then pass on to the widgets.
+     */
     ~BrowserKeyHandler() override;
 
     /**

@@ -8,13 +8,19 @@
  * and handed to BrowserKeyHandler::SetKeyHandlerDelegate(); the handler does not own
  * it. Each operation names the keys that call it; what the operations named after
  * their keys mean is the host's to decide.
+ *
+ * @ingroup shortcuts
  */
 class KELTABCONTAINER_EXPORT IKeyHandlerDelegate
 {
 public:
+    /** Nothing to set up: the interface has no state. */
     IKeyHandlerDelegate();
+    /** Interfaces copy freely; there is no state to copy. */
     IKeyHandlerDelegate(const IKeyHandlerDelegate &other);
+    /** Interfaces copy freely; there is no state to copy. */
     IKeyHandlerDelegate &operator=(const IKeyHandlerDelegate &other);
+    /** Virtual, so that a delegate may be deleted through this interface. */
     virtual ~IKeyHandlerDelegate();
 
     /** Alt+Left. */

@@ -24,12 +24,19 @@ class QPixmap;
  * A tab dragged sideways follows the pointer and takes a neighbour's place once it
  * covers enough of it; tabs before SetFirstIndex() stay in place. While a tab is
  * dragged the new-tab button is hidden.
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabBar : public BrowserTabBarBase
 {
     Q_OBJECT
 public:
+    /**
+     * An empty bar with its new-tab button and without a menu: call InitMenu() once the
+     * subclass is in place, and SetFirstIndex() with the number of fixed tabs.
+     */
     explicit BrowserTabBar(QWidget *parent = nullptr);
+    /** Deletes the bar with its new-tab button and background cache (see ~BrowserTabBarBase()). */
     ~BrowserTabBar() override;
 
     /** Hides the new-tab button for good: it stays hidden after drags too. */

@@ -24,6 +24,8 @@ class BrowserTabButtonPrivate;
  * Unlike the scrolling strip's button it restyles at once when checked during a drag,
  * shows its close button while hovered even when narrow, and leaves the record's icon
  * address to the host.
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabButton : public BrowserTabButtonBase
 {
@@ -38,6 +40,7 @@ public:
      */
     BrowserTabButton(TabDataPtr tabData, const QString &iconPath, bool loading, BrowserTabBar *bar,
                      QWidget *parent = nullptr);
+    /** The bar deletes its buttons; a host does not. */
     ~BrowserTabButton() override;
 
     /** After a drag: re-evaluates the close button when the pointer is no longer over the button. */
@@ -55,9 +58,13 @@ public:
     void UpdateCloseButton();
 
 protected:
+    /** Shows the close button (also on a narrow tab; not on a home-page tab) and the hover look. */
     void enterEvent(KelEnterEvent *event) override;
+    /** Takes the hover look away and re-evaluates the close button, unless the tab is dragged. */
     void leaveEvent(QEvent *event) override;
+    /** Paints the bar's background for the button's width and state; nothing once the bar is gone. */
     void paintEvent(QPaintEvent *event) override;
+    /** Lays out the children for the new size and re-evaluates the close button. */
     void resizeEvent(QResizeEvent *event) override;
 
 private:

@@ -18,19 +18,26 @@ class QPixmap;
  * ":/images/tab_bar/tabbutton_front.png", "tabbutton_back.png" and
  * "tabbutton_back_hover.png": the 16-pixel caps keep their shape (the rounded top
  * corners), the middle column is repeated.
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabButtonBg
 {
 public:
+    /** An empty cache: nothing is built until the first GetButtonBg(). */
     BrowserTabButtonBg();
+    /** Frees the backgrounds; pixmaps handed out by GetButtonBg() go with them. */
     ~BrowserTabButtonBg();
+    /** Not copyable: a cache owns what it holds. */
     BrowserTabButtonBg(const BrowserTabButtonBg &) = delete;
+    /** Not copyable: a cache owns what it holds. */
     BrowserTabButtonBg &operator=(const BrowserTabButtonBg &) = delete;
 
     /**
      * The background for a button of @p width pixels.
      *
      * A width other than the cached one rebuilds all three backgrounds for it first.
+     * @param width   the button's width in pixels
      * @param checked the button is the current tab (front background)
      * @param hovered the pointer is over an unchecked button (hover background)
      * @return the pixmap, owned by the cache and valid until the width changes;
@@ -38,9 +45,11 @@ public:
      */
     QPixmap *GetButtonBg(int width, bool checked, bool hovered);
 
-    /** Rebuild one background at the cached width (for a host that swaps images at run time). */
+    /** Rebuilds the checked background at the cached width (for a host that swaps images at run time). */
     void RebuildFront();
+    /** Rebuilds the plain background at the cached width, like RebuildFront(). */
     void RebuildBack();
+    /** Rebuilds the hovered background at the cached width, like RebuildFront(). */
     void RebuildBackHover();
 
     /** Forgets every background, as at construction (the next request builds again). */
@@ -56,9 +65,11 @@ public:
      */
     int BuildCount() const;
 
-    /** The resource images the backgrounds are stretched from. */
+    /** The resource image the checked background is stretched from. */
     static QString FrontImage();
+    /** The resource image the plain background is stretched from. */
     static QString BackImage();
+    /** The resource image the hovered background is stretched from. */
     static QString BackHoverImage();
 
 private:

@@ -15,6 +15,8 @@
  *
  * @note A press and release without motion emits no SigButtonMove. Releases of other
  * buttons than the left one leave the proxy shown.
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabMoveProxy : public TabMoveProxy
 {
@@ -22,5 +24,6 @@ class KELTABCONTAINER_EXPORT BrowserTabMoveProxy : public TabMoveProxy
 public:
     /** @param parent always null in the bar: a popup with a parent would be clipped to it. */
     explicit BrowserTabMoveProxy(QWidget *parent = nullptr);
+    /** The bar deletes it; no SigButtonRelease() is emitted by the destruction. */
     ~BrowserTabMoveProxy() override;
 };

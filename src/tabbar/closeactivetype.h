@@ -8,6 +8,8 @@
  *
  * It lives in a header of its own because hosts name it in their bar subclasses
  * and in settings code that has no business including the whole bar.
+ *
+ * @ingroup bars
  */
 enum CloseActiveType : int {
     /** The tab to the right; the one to the left when the removed tab was the last. */

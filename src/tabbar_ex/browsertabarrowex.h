@@ -21,11 +21,14 @@ class BrowserTabArrowProxyEx;
  *
  * The look comes from the style sheet through the object name the bar gives it
  * ("TabButtonLeftArrowEx" or "TabButtonRightArrowEx").
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabArrowEx : public QPushButton
 {
     Q_OBJECT
 public:
+    /** An arrow with its hold timer and popup; the bar names it and sets its look. */
     explicit BrowserTabArrowEx(QWidget *parent = nullptr);
     /** Stops the hold timer and deletes the popup without reporting SigReleased(). */
     ~BrowserTabArrowEx() override;
@@ -44,8 +47,11 @@ Q_SIGNALS:
     void SigDoubleClicked();
 
 protected:
+    /** A left press starts the HoldDelay() timer; the push button then handles the press. */
     void mousePressEvent(QMouseEvent *event) override;
+    /** A left release before the hold began stops the timer; the push button then reports its click. */
     void mouseReleaseEvent(QMouseEvent *event) override;
+    /** A left double click emits SigDoubleClicked(); the push button then handles it as usual. */
     void mouseDoubleClickEvent(QMouseEvent *event) override;
 
 private:

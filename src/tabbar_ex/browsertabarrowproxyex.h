@@ -13,11 +13,15 @@
  * the window system closes it.
  *
  * It is always made without a parent (a top-level popup); its arrow deletes it.
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabArrowProxyEx : public TabPopupProxy
 {
     Q_OBJECT
 public:
+    /** A hidden proxy; the arrow passes no @p parent. */
     explicit BrowserTabArrowProxyEx(QWidget *parent = nullptr);
+    /** Its arrow deletes it; no SigButtonRelease() is emitted by the destruction. */
     ~BrowserTabArrowProxyEx() override;
 };

@@ -9,7 +9,10 @@
 class BrowserTabBarExPrivate;
 class QWheelEvent;
 
-/** Which tab becomes current when BrowserTabBarEx removes the current one. */
+/**
+ * Which tab becomes current when BrowserTabBarEx removes the current one.
+ * @ingroup bars
+ */
 enum CloseActiveTypeEx : int {
     /** The right neighbour, or the left one when there is none on the right. */
     CloseActiveRightEx = 0,
@@ -37,12 +40,19 @@ enum CloseActiveTypeEx : int {
  * "TabBarLeftArrowFrameEx" and "TabBarRightArrowFrameEx" (holding "TabButtonLeftArrowEx",
  * "TabButtonRightArrowEx", "TabButtonLeftShadowEx" and "TabButtonRightShadowEx").
  * The bar itself is named "BrowserTabBarEx" unless it already has a name.
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabBarEx : public BrowserTabBarBase
 {
     Q_OBJECT
 public:
+    /**
+     * An empty bar without a menu: call InitMenu() once the subclass is in place, and
+     * SetFirstIndex() with the number of fixed tabs.
+     */
     explicit BrowserTabBarEx(QWidget *parent = nullptr);
+    /** Stops the arrows' scrolling and deletes the bar (see ~BrowserTabBarBase()). */
     ~BrowserTabBarEx() override;
 
     /** Scrolls, animated, so that the scrolling tab at @p index is in view. Fixed tabs are ignored. */
@@ -68,9 +78,13 @@ Q_SIGNALS:
 protected Q_SLOTS:
     // The context menu's commands of this bar; like the shared ones they act on the
     // menu's tab, and on nothing once it is gone.
+    /** The menu's "Refresh": emits SigRefreshTab() for the menu's tab. */
     void SlotRefreshTab();
+    /** The menu's "Add Fav": emits SigAddFav() for the menu's tab, with its icon's global position. */
     void SlotAddFav();
+    /** The menu's "Copy link": emits SigCopyLink() for the menu's tab. */
     void SlotCopyLink();
+    /** The menu's "Open in Browser": emits SigOpenInBrowser() for the menu's tab. */
     void SlotOpenInBrowser();
     /** Hides the separators beside a hovered tab and shows them again when it is left. */
     void SlotHoverChanged(TabDataPtr tab, bool hovered);

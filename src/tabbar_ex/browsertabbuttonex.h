@@ -22,6 +22,8 @@ class BrowserTabButtonExPrivate;
  *
  * On the current tab under the pointer the icon may be the bar's checked icon
  * (BrowserTabBarEx::GetCheckedIcon()); clicking it reports SigIconClicked().
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabButtonEx : public BrowserTabButtonBase
 {
@@ -37,6 +39,7 @@ public:
      */
     BrowserTabButtonEx(TabDataPtr tabData, const QString &iconPath, bool loading, BrowserTabBarEx *bar,
                        QWidget *parent = nullptr);
+    /** The bar deletes its buttons; a host does not. */
     ~BrowserTabButtonEx() override;
 
     /**
@@ -60,11 +63,15 @@ Q_SIGNALS:
     void SigIconClicked(TabDataPtr tabData);
 
 public Q_SLOTS:
+    /** Emits SigIconClicked() for this tab (the icon button's clicked signal). */
     void SlotIconClicked();
 
 protected:
+    /** Shows the hover look (the checked icon on the current tab) and emits SigHoverChanged(true) for other tabs. */
     void enterEvent(KelEnterEvent *event) override;
+    /** Takes the hover look away and emits SigHoverChanged(false) for tabs other than the current one. */
     void leaveEvent(QEvent *event) override;
+    /** Lays out the icon, title and close button for the new width; narrow tabs hide the close button. */
     void resizeEvent(QResizeEvent *event) override;
 
 private:

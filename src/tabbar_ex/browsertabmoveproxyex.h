@@ -12,11 +12,15 @@
  * release hides the popup, which emits SigButtonRelease.
  *
  * It is always made without a parent (a top-level popup); the bar deletes it.
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabMoveProxyEx : public TabMoveProxy
 {
     Q_OBJECT
 public:
+    /** A hidden proxy; the bar passes no @p parent. */
     explicit BrowserTabMoveProxyEx(QWidget *parent = nullptr);
+    /** The bar deletes it; no SigButtonRelease() is emitted by the destruction. */
     ~BrowserTabMoveProxyEx() override;
 };

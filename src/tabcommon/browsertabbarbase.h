@@ -38,11 +38,14 @@ class ITabManager;
  * range is ignored (or gives an empty result), except by setCurrentIndex(), which has
  * no lower bound. All sizes are design pixels at 96 dpi scaled for the screen by
  * DpiTool. GUI thread only.
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabBarBase : public QFrame, public IDpiAdapter
 {
     Q_OBJECT
 public:
+    /** Deletes the bar with its tab buttons, menu and drag popup; allowed from inside the bar's signals. */
     ~BrowserTabBarBase() override;
 
     /**
@@ -82,6 +85,7 @@ public:
      */
     void moveTab(int from, int to);
 
+    /** @return the number of tabs, fixed tabs included. */
     int count() const;
     /** The current tab's index; -1 (or the negative index last set) when none is current. */
     int currentIndex() const;
@@ -90,6 +94,7 @@ public:
 
     /** @return the record of the tab at @p index, null when out of range. */
     TabDataPtr GetTabData(int index) const;
+    /** @return the record of the current tab, null when no tab is current. */
     TabDataPtr GetCurrentTabData() const;
     /** @return the first tab whose record equals @p tab (TabData::IsEqual), -1 if none. */
     int GetIndexByTabData(TabDataPtr tab) const;
@@ -115,9 +120,11 @@ public:
 
     /** The lowest index a dragged tab may take; at least FixedTabCount() in practice. */
     void SetFirstIndex(int index);
+    /** @return the lowest index a dragged tab may take, as set by SetFirstIndex() (0 initially). */
     int GetFirstIndex() const;
     /** Stores the host's manager; the bar never calls it and does not own it. */
     void SetTabManager(ITabManager *manager);
+    /** @return the manager given to SetTabManager(), null if none was given. */
     ITabManager *GetTabManager() const;
 
     /**
@@ -176,11 +183,29 @@ Q_SIGNALS:
 
 protected Q_SLOTS:
     // The context menu's commands: each emits its signal for the tab whose menu was
-    // opened, with that tab's present index. @note Nothing is emitted once that tab is gone.
+    // opened, with that tab's present index.
+    /**
+     * The menu's "Close tab": emits tabCloseRequested() for the menu's tab. Unlike a
+     * close button it does not freeze the widths.
+     * @note Nothing is emitted once the menu's tab is gone.
+     */
     void SlotCloseCurTab();
+    /**
+     * The menu's "Close other tabs": emits SigCloseOtherTab() for the menu's tab.
+     * @note Nothing is emitted once the menu's tab is gone.
+     */
     void SlotCloseOtherTab();
+    /**
+     * The menu's "Close left tabs": emits SigCloseLeftTab() for the menu's tab.
+     * @note Nothing is emitted once the menu's tab is gone.
+     */
     void SlotCloseLeftTab();
+    /**
+     * The menu's "Close right tabs": emits SigCloseRightTab() for the menu's tab.
+     * @note Nothing is emitted once the menu's tab is gone.
+     */
     void SlotCloseRightTab();
+    /** The menu's "Recover recently closed tabs": emits SigRecoverRecentlyTab(). */
     void SlotRecoverRecentlyTab();
     // The tab buttons' signals; a null or unknown tab is ignored.
     /** Makes the pressed tab current. */
@@ -209,6 +234,11 @@ protected Q_SLOTS:
     void SlotButtonRelease();
 
 protected:
+    /**
+     * Constructs the bar around @p dd, the private state of the strip being built (a
+     * subclass of BrowserTabBarBasePrivate); the bar owns it from then on. Only the
+     * two strips call it.
+     */
     BrowserTabBarBase(BrowserTabBarBasePrivate &dd, QWidget *parent);
 
     // Policy for subclasses. The tab buttons ask IsDoubleCloseTab().
@@ -238,13 +268,28 @@ protected:
     /** Number of fixed tabs at the start of the strip. Default: 0. */
     virtual int FixedTabCount();
 
+    /**
+     * Claims the bar's own keys (arrows, Home, End, Enter, Space, Delete, Ctrl+W, Menu,
+     * Shift+F10) in the shortcut override while the bar has the focus, so that they
+     * come before the host's shortcut table; every other event goes to QFrame.
+     */
     bool event(QEvent *event) override;
+    /** Notes that the pointer may have left, so that closing mode can end 200 ms later. */
     void leaveEvent(QEvent *event) override;
+    /** Lays the tabs out for the new width at once, also in closing mode. */
     void resizeEvent(QResizeEvent *event) override;
+    /**
+     * Moves the keyboard focus between tabs (Left, Right, Home, End) and acts on the
+     * focused tab: Enter and Space make it current, Delete and Ctrl+W emit
+     * tabCloseRequested(), Menu and Shift+F10 open its context menu. Other keys go to QFrame.
+     */
     void keyPressEvent(QKeyEvent *event) override;
+    /** Puts the keyboard focus on the current tab; the focus ring shows when the focus came by keyboard. */
     void focusInEvent(QFocusEvent *event) override;
+    /** Hides the focus ring. */
     void focusOutEvent(QFocusEvent *event) override;
 
+    /** The bar's private state, shared with the strip's own private class that derives from it. */
     std::unique_ptr<BrowserTabBarBasePrivate> const d_ptr;
 
 private:

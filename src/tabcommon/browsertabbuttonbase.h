@@ -25,11 +25,14 @@ class QMouseEvent;
  *
  * GUI thread only. The bar is watched through a guarded pointer: a button that
  * outlives its bar (deleted later) never calls into it.
+ *
+ * @ingroup bars
  */
 class KELTABCONTAINER_EXPORT BrowserTabButtonBase : public QFrame
 {
     Q_OBJECT
 public:
+    /** The bar deletes its buttons; a host does not. */
     ~BrowserTabButtonBase() override;
 
     /** The tab's record, shared with the bar. */
@@ -44,6 +47,7 @@ public:
     void SetIconUrl(const QString &url);
     /** Makes the button the current tab or not. */
     void SetChecked(bool checked);
+    /** @return true when the button is the current tab. */
     bool IsChecked() const;
     /** The bar has started dragging this button. */
     void SetPressed();
@@ -57,6 +61,7 @@ public:
     void LoadStart();
     /** Hides the loading indicator and shows the icon again. */
     void LoadFinished();
+    /** @return true between LoadStart() and LoadFinished(). */
     bool IsLoading() const;
     /** The address last asked of the icon cache; empty when none was asked. */
     QString GetRequestedIconUrl() const;
@@ -84,12 +89,29 @@ public Q_SLOTS:
     void SlotRequestImageFinished(bool success, const QString &url, const QString &localPath);
 
 protected:
+    /**
+     * Constructs the button around @p dd, the private state of the strip's own button,
+     * which it owns from then on. Only the two strips' buttons call it.
+     * @param dd       the derived button's private state
+     * @param tabData  the tab's record, shared with the bar
+     * @param iconPath a local icon file to start with
+     * @param loading  start with the loading indicator turning
+     * @param bar      the bar that owns the button, asked for its policy
+     * @param parent   the widget the button is shown in
+     */
     BrowserTabButtonBase(BrowserTabButtonBasePrivate &dd, TabDataPtr tabData, const QString &iconPath, bool loading,
                          BrowserTabBarBase *bar, QWidget *parent);
 
+    /**
+     * Left button: SigChangeClicked(), then, for a tab that may be dragged,
+     * SigButtonPressed(). Right button: SigMenuClicked(), unless the button is dragged.
+     * A receiver may delete the button; nothing is emitted after that.
+     */
     void mousePressEvent(QMouseEvent *event) override;
+    /** Emits SigCloseClicked() when the bar closes tabs on double clicks (BrowserTabBarBase::IsDoubleCloseTab()). */
     void mouseDoubleClickEvent(QMouseEvent *event) override;
 
+    /** The button's private state, shared with the strip's own button's private class that derives from it. */
     std::unique_ptr<BrowserTabButtonBasePrivate> const d_ptr;
 
 private:
