@@ -2,7 +2,7 @@
 // Both tab strips and Qt's QTabBar side by side in one process: the cost of one
 // operation at 20, 200, 1,000 and 10,000 tabs, and the memory per tab.
 //
-//   bench_tabstrips [--plain] [--chart FILE.png] [--counts 20,200,...]
+//   bench_tabstrips [--plain] [--chart FILE.png] [--counts 20,200,...] [--only scrolling|classic|qtabbar]
 //
 // By default every window carries the library's default style sheet, as in a host
 // that applies it (Qt's style-sheet style then serves QTabBar as well); --plain runs
@@ -150,6 +150,7 @@ int main(int argc, char *argv[])
     bool styled = true;
     QString chart;
     QVector<int> counts{20, 200, 1000, 10000};
+    QString only;
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--plain") == 0)
             styled = false;
@@ -157,6 +158,8 @@ int main(int argc, char *argv[])
             chart = QString::fromLocal8Bit(argv[++i]);
         else if (std::strcmp(argv[i], "--counts") == 0 && i + 1 < argc)
             counts = ParseCounts(argv[++i]);
+        else if (std::strcmp(argv[i], "--only") == 0 && i + 1 < argc)
+            only = QString::fromLatin1(argv[++i]);
     }
     if (counts.isEmpty()) {
         std::fprintf(stderr, "--counts wants a list such as 20,200\n");
@@ -182,7 +185,10 @@ int main(int argc, char *argv[])
     for (int which = 0; which < series.size(); ++which)
         Measure([&](QWidget *w) { return make(which, w); }, 20, sheet);
 
+    const QStringList keys{QStringLiteral("scrolling"), QStringLiteral("classic"), QStringLiteral("qtabbar")};
     for (int which = 0; which < series.size(); ++which) {
+        if (!only.isEmpty() && keys.at(which) != only)
+            continue;
         double lastMs = 0;
         int lastCount = 0;
         for (int tabs : qAsConst(counts)) {
