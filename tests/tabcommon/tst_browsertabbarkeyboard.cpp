@@ -6,6 +6,7 @@
 
 #include "bothbars.h"
 #include "keltabtest.h"
+#include "shownmenu.h"
 #include "steps.h"
 
 #include "dpitool.h"
@@ -41,11 +42,7 @@ QStringList FocusEvents()
     return names;
 }
 
-QMenu *ShownMenu()
-{
-    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-    return menu && menu->isVisible() ? menu : nullptr;
-}
+using KelTest::ShownMenu;
 
 } // namespace
 
