@@ -9,6 +9,7 @@
 #include "browsertabbuttonex.h"
 #include "dpitool.h"
 #include "tabdata.h"
+#include "tabrecord.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -212,12 +213,7 @@ inline bool MoveHeldTo(const QPoint &global)
 
 inline TabDataPtr MakeTab(TabData::TabType type, const QString &title, const QString &id = QString())
 {
-    // Records are equal when their type and data are; every test tab gets data of its own.
-    static int serial = 0;
-    TabDataPtr tab(new TabData);
-    tab->SetTabType(type);
-    tab->SetData(QStringLiteral("tab-%1").arg(++serial));
-    tab->SetTitle(title);
+    TabDataPtr tab = KelTest::MakeTab(type, title);
     if (!id.isEmpty())
         tab->SetId(id);
     return tab;
