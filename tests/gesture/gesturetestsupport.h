@@ -7,6 +7,7 @@
 #include "igesturehandlerdelegate.h"
 #include "imonitorsystem.h"
 #include "kelmousegesture.h"
+#include "recordingmonitor.h"
 #include "vossettingmanager.h"
 
 #include <QGuiApplication>
@@ -41,22 +42,7 @@ public:
     void ActionRecoverClosedTab() override { calls << QStringLiteral("ActionRecoverClosedTab"); }
 };
 
-class RecordingMonitor : public IMonitorSystem
-{
-public:
-    struct Event
-    {
-        QString event;
-        QString pluginCode;
-        QStringList parameters;
-    };
-    QList<Event> events;
-
-    void ReportUsageEvent(const QString &event, const QString &pluginCode, const QStringList &parameters) override
-    {
-        events.append({event, pluginCode, parameters});
-    }
-};
+using KelTest::RecordingMonitor;
 
 /**
  * A settings database and a usage log of the test's own, and the release of every
