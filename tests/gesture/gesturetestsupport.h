@@ -73,6 +73,21 @@ private:
 };
 
 /**
+ * What a test of gesture dispatch watches: a settings sandbox, a usage recorder
+ * installed as the monitor and a delegate that records the actions. Make one in
+ * init() and destroy it in cleanup(); the members go in reverse order, the sandbox
+ * (which uninstalls the monitor and releases the singletons) last.
+ */
+struct Recorders
+{
+    Recorders() { IMonitorSystem::SetMonitorSystem(&monitor); }
+
+    Sandbox sandbox;
+    RecordingMonitor monitor;
+    RecordingDelegate delegate;
+};
+
+/**
  * The offscreen platform the suite runs on cannot raise a window or pass size hints
  * on, and says so every time the toast, a tool window, is shown or resized. Those
  * two messages are about the test platform, not the code under test; every other
