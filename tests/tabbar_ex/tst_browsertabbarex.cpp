@@ -145,8 +145,7 @@ QString TstBrowserTabBarEx::MakeIcon(const QString &name, QColor colour)
 
 void TstBrowserTabBarEx::initTestCase()
 {
-    QVERIFY(m_dir.isValid());
-    VosImageCache::Instance()->SetCacheDirectory(m_dir.filePath(QStringLiteral("cache")));
+    OpenIconCache(m_dir);
 }
 
 void TstBrowserTabBarEx::init()
@@ -164,8 +163,7 @@ void TstBrowserTabBarEx::cleanup()
 
 void TstBrowserTabBarEx::cleanupTestCase()
 {
-    VosImageCache::ReleaseInstance();
-    DpiTool::SetScaleFactor(0);
+    EndTestCase();
 }
 
 static void AddScaleRows()
