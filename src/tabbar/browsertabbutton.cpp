@@ -189,16 +189,6 @@ void BrowserTabButtonPrivate::SetChecked(bool isChecked)
     q->update();
 }
 
-void BrowserTabButtonPrivate::SetPressed()
-{
-    pressed = true;
-}
-
-void BrowserTabButtonPrivate::SetReleased()
-{
-    pressed = false;
-}
-
 void BrowserTabButton::UpdateAfterRelease()
 {
     if (!TabPointer::IsOver(this))

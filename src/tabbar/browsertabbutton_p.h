@@ -40,8 +40,6 @@ public:
 
     void SetTitle(const QString &title) override;
     void SetChecked(bool checked) override;
-    void SetPressed() override;
-    void SetReleased() override;
     void LoadStart() override;
     void LoadFinished() override;
     void UpdateIcon() override;

@@ -262,7 +262,7 @@ void BrowserTabButtonExPrivate::SetChecked(bool isChecked)
 
 void BrowserTabButtonExPrivate::SetPressed()
 {
-    pressed = true;
+    BrowserTabButtonBasePrivate::SetPressed();
     SetStyleName(kNamePressed);
     UpdateIcon();
 }
@@ -270,7 +270,7 @@ void BrowserTabButtonExPrivate::SetPressed()
 void BrowserTabButtonExPrivate::SetReleased()
 {
     Q_Q(BrowserTabButtonEx);
-    pressed = false;
+    BrowserTabButtonBasePrivate::SetReleased();
     if (checked) {
         SetStyleName(kNameFront);
         q->raise();

@@ -55,8 +55,12 @@ public:
     // --- what each button supplies ---------------------------------------------
     virtual void SetTitle(const QString &title) = 0;
     virtual void SetChecked(bool checked) = 0;
-    virtual void SetPressed() = 0;
-    virtual void SetReleased() = 0;
+    /**
+     * The bar took the button up for a drag, or put it down. Marking it is all a button
+     * that looks the same while dragged needs; one that restyles calls these first.
+     */
+    virtual void SetPressed() { pressed = true; }
+    virtual void SetReleased() { pressed = false; }
     virtual void LoadStart() = 0;
     virtual void LoadFinished() = 0;
     /** Re-evaluates which icon (or the loading indicator) the button shows. */

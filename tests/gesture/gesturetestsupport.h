@@ -7,6 +7,7 @@
 #include "igesturehandlerdelegate.h"
 #include "imonitorsystem.h"
 #include "kelmousegesture.h"
+#include "recordingmonitor.h"
 #include "vossettingmanager.h"
 
 #include <QGuiApplication>
@@ -41,22 +42,7 @@ public:
     void ActionRecoverClosedTab() override { calls << QStringLiteral("ActionRecoverClosedTab"); }
 };
 
-class RecordingMonitor : public IMonitorSystem
-{
-public:
-    struct Event
-    {
-        QString event;
-        QString pluginCode;
-        QStringList parameters;
-    };
-    QList<Event> events;
-
-    void ReportUsageEvent(const QString &event, const QString &pluginCode, const QStringList &parameters) override
-    {
-        events.append({event, pluginCode, parameters});
-    }
-};
+using KelTest::RecordingMonitor;
 
 /**
  * A settings database and a usage log of the test's own, and the release of every
@@ -84,6 +70,21 @@ public:
 
 private:
     QTemporaryDir m_dir;
+};
+
+/**
+ * What a test of gesture dispatch watches: a settings sandbox, a usage recorder
+ * installed as the monitor and a delegate that records the actions. Make one in
+ * init() and destroy it in cleanup(); the members go in reverse order, the sandbox
+ * (which uninstalls the monitor and releases the singletons) last.
+ */
+struct Recorders
+{
+    Recorders() { IMonitorSystem::SetMonitorSystem(&monitor); }
+
+    Sandbox sandbox;
+    RecordingMonitor monitor;
+    RecordingDelegate delegate;
 };
 
 /**

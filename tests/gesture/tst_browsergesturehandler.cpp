@@ -70,16 +70,14 @@ class TstBrowserGestureHandler : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<Sandbox> m_sandbox;
-    std::unique_ptr<RecordingMonitor> m_monitor;
-    std::unique_ptr<RecordingDelegate> m_delegate;
+    std::unique_ptr<Recorders> m_recorders;
     std::unique_ptr<BrowserGestureHandler> m_handler;
 
     BrowserGestureHandler *Handler()
     {
         if (!m_handler) {
             m_handler.reset(new BrowserGestureHandler(nullptr));
-            m_handler->SetGestureHandlerDelegate(m_delegate.get());
+            m_handler->SetGestureHandlerDelegate(&m_recorders->delegate);
         }
         return m_handler.get();
     }
@@ -91,19 +89,14 @@ private Q_SLOTS:
     void init()
     {
         DpiTool::SetScaleFactor(1.0);
-        m_sandbox.reset(new Sandbox);
-        m_monitor.reset(new RecordingMonitor);
-        IMonitorSystem::SetMonitorSystem(m_monitor.get());
-        m_delegate.reset(new RecordingDelegate);
+        m_recorders.reset(new Recorders);
     }
 
     void cleanup()
     {
         m_handler.reset();
         QVERIFY(!FindToast());
-        m_delegate.reset();
-        m_monitor.reset();
-        m_sandbox.reset();
+        m_recorders.reset();
         DpiTool::SetScaleFactor(0);
     }
 
@@ -114,16 +107,16 @@ private Q_SLOTS:
         QCOMPARE(FindToast()->Text(), QStringLiteral("Forward"));
         Handler()->HandleGestureMoving({QStringLiteral("R"), QStringLiteral("U")});
         QCOMPARE(FindToast()->Text(), QStringLiteral("New tab"));
-        QVERIFY(m_delegate->calls.isEmpty());
-        QVERIFY(m_monitor->events.isEmpty());
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
+        QVERIFY(m_recorders->monitor.events.isEmpty());
 
         Handler()->HandleGestureEvent({QStringLiteral("R"), QStringLiteral("U")});
         QVERIFY(!ToastVisible());
-        QCOMPARE(m_delegate->calls, QStringList{QStringLiteral("ActionNewTab")});
-        QCOMPARE(m_monitor->events.size(), 1);
-        QCOMPARE(m_monitor->events.at(0).event, kEvent);
-        QCOMPARE(m_monitor->events.at(0).pluginCode, kPlugin);
-        QCOMPARE(m_monitor->events.at(0).parameters, QStringList{QStringLiteral("New tab")});
+        QCOMPARE(m_recorders->delegate.calls, QStringList{QStringLiteral("ActionNewTab")});
+        QCOMPARE(m_recorders->monitor.events.size(), 1);
+        QCOMPARE(m_recorders->monitor.events.at(0).event, kEvent);
+        QCOMPARE(m_recorders->monitor.events.at(0).pluginCode, kPlugin);
+        QCOMPARE(m_recorders->monitor.events.at(0).parameters, QStringList{QStringLiteral("New tab")});
     }
 
     void usageReportCarriesTheTranslatedText()
@@ -132,8 +125,8 @@ private Q_SLOTS:
         QVERIFY(QCoreApplication::installTranslator(&translator));
         Handler()->HandleGestureEvent({QStringLiteral("RU")});
         QCoreApplication::removeTranslator(&translator);
-        QCOMPARE(m_monitor->events.size(), 1);
-        QCOMPARE(m_monitor->events.at(0).parameters, QStringList{QStringLiteral("KelMouseGesture:New tab")});
+        QCOMPARE(m_recorders->monitor.events.size(), 1);
+        QCOMPARE(m_recorders->monitor.events.at(0).parameters, QStringList{QStringLiteral("KelMouseGesture:New tab")});
     }
 
     void dispatch_data()
@@ -161,9 +154,9 @@ private Q_SLOTS:
         Handler()->HandleGestureMoving(codes);
         QCOMPARE(FindToast()->Text(), text);
         Handler()->HandleGestureEvent(codes);
-        QCOMPARE(m_delegate->calls, QStringList{call});
-        QCOMPARE(m_monitor->events.size(), 1);
-        QCOMPARE(m_monitor->events.at(0).parameters, QStringList{text});
+        QCOMPARE(m_recorders->delegate.calls, QStringList{call});
+        QCOMPARE(m_recorders->monitor.events.size(), 1);
+        QCOMPARE(m_recorders->monitor.events.at(0).parameters, QStringList{text});
     }
 
     void userMapDecidesTheAction()
@@ -174,7 +167,7 @@ private Q_SLOTS:
         Handler()->HandleGestureMoving({QStringLiteral("L")});
         QCOMPARE(FindToast()->Text(), QStringLiteral("Next tab"));
         Handler()->HandleGestureEvent({QStringLiteral("L")});
-        QCOMPARE(m_delegate->calls, QStringList{QStringLiteral("ActionNextTab")});
+        QCOMPARE(m_recorders->delegate.calls, QStringList{QStringLiteral("ActionNextTab")});
     }
 
     void mapIsReadOnEveryUpdate()
@@ -206,8 +199,8 @@ private Q_SLOTS:
         QCOMPARE(FindToast()->Text(), QStringLiteral("Invalid action"));
         Handler()->HandleGestureEvent(codes);
         QVERIFY(!ToastVisible());
-        QVERIFY(m_delegate->calls.isEmpty());
-        QVERIFY(m_monitor->events.isEmpty());
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
+        QVERIFY(m_recorders->monitor.events.isEmpty());
     }
 
     void invalidActionShowsItsTextAndIsReported()
@@ -227,9 +220,10 @@ private Q_SLOTS:
         QCoreApplication::removeTranslator(&translator);
 
         QCOMPARE(shown, QStringLiteral("KelMouseGesture:Invalid action"));
-        QVERIFY(m_delegate->calls.isEmpty());
-        QCOMPARE(m_monitor->events.size(), 1);
-        QCOMPARE(m_monitor->events.at(0).parameters, QStringList{QStringLiteral("KelMouseGesture:Invalid action")});
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
+        QCOMPARE(m_recorders->monitor.events.size(), 1);
+        QCOMPARE(m_recorders->monitor.events.at(0).parameters,
+                 QStringList{QStringLiteral("KelMouseGesture:Invalid action")});
     }
 
     void unknownShapeTextComesFromTheHandler()
@@ -248,9 +242,9 @@ private Q_SLOTS:
         Handler()->HandleGestureMoving({QStringLiteral("U")});
         QCOMPARE(FindToast()->Text(), QStringLiteral("Invalid action"));
         Handler()->HandleGestureEvent({QStringLiteral("U")});
-        QVERIFY(m_delegate->calls.isEmpty());
-        QCOMPARE(m_monitor->events.size(), 1);
-        QCOMPARE(m_monitor->events.at(0).parameters, QStringList{QStringLiteral("Invalid action")});
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
+        QCOMPARE(m_recorders->monitor.events.size(), 1);
+        QCOMPARE(m_recorders->monitor.events.at(0).parameters, QStringList{QStringLiteral("Invalid action")});
     }
 
     void pageKeysAreInjected_data()
@@ -275,12 +269,12 @@ private Q_SLOTS:
         QTRY_COMPARE(QApplication::focusWidget(), static_cast<QWidget *>(&page));
 
         Handler()->HandleGestureEvent({code});
-        QVERIFY(m_delegate->calls.isEmpty());
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
         const QList<QPair<QEvent::Type, int>> expected{{QEvent::KeyPress, key}, {QEvent::KeyRelease, key}};
         QTRY_COMPARE(page.keys.size(), 2);
         QCOMPARE(page.keys, expected);
-        QCOMPARE(m_monitor->events.size(), 1);
-        QCOMPARE(m_monitor->events.at(0).parameters, QStringList{text});
+        QCOMPARE(m_recorders->monitor.events.size(), 1);
+        QCOMPARE(m_recorders->monitor.events.at(0).parameters, QStringList{text});
     }
 
     void toastIsCentredOnTheArea_data()
@@ -305,7 +299,7 @@ private Q_SLOTS:
         QFETCH(QPoint, position);
         QFETCH(QSize, size);
         DpiTool::SetScaleFactor(factor);
-        m_delegate->area = area;
+        m_recorders->delegate.area = area;
         Handler()->HandleGestureMoving({QStringLiteral("L")});
         GestureToast *toast = FindToast();
         QVERIFY(toast);
@@ -317,10 +311,10 @@ private Q_SLOTS:
     {
         Handler()->HandleGestureMoving({QStringLiteral("L")});
         QCOMPARE(FindToast()->pos(), QPoint(400, 355));
-        m_delegate->area = QRect(0, 0, 400, 190);
+        m_recorders->delegate.area = QRect(0, 0, 400, 190);
         Handler()->HandleGestureMoving({QStringLiteral("L")});
         QCOMPARE(FindToast()->pos(), QPoint(100, 50));
-        QCOMPARE(m_delegate->areaRequests, 2);
+        QCOMPARE(m_recorders->delegate.areaRequests, 2);
     }
 
     void oneToastIsReused()
@@ -341,10 +335,10 @@ private Q_SLOTS:
         Handler()->HandleGestureMoving({QStringLiteral("R"), QStringLiteral("U")});
         Handler()->HandleGestureMoving({QStringLiteral("X")});
         QVERIFY(!FindToast());
-        QCOMPARE(m_delegate->areaRequests, 0);
+        QCOMPARE(m_recorders->delegate.areaRequests, 0);
         Handler()->HandleGestureEvent({QStringLiteral("R"), QStringLiteral("U")});
-        QCOMPARE(m_delegate->calls, QStringList{QStringLiteral("ActionNewTab")});
-        QCOMPARE(m_monitor->events.size(), 1);
+        QCOMPARE(m_recorders->delegate.calls, QStringList{QStringLiteral("ActionNewTab")});
+        QCOMPARE(m_recorders->monitor.events.size(), 1);
     }
 
     void gestureUpdateSignalSwitchesTheTip()
@@ -382,7 +376,7 @@ private Q_SLOTS:
         Handler()->HandleGestureMoving({QStringLiteral("L")});
         QVERIFY(ToastVisible());
         Handler()->HandleGestureEvent({QStringLiteral("L")});
-        QCOMPARE(m_delegate->calls, QStringList{QStringLiteral("ActionBack")});
+        QCOMPARE(m_recorders->delegate.calls, QStringList{QStringLiteral("ActionBack")});
     }
 
     // Without a delegate the handler used to drop every gesture: no page keys and
@@ -405,22 +399,22 @@ private Q_SLOTS:
                                                        {QEvent::KeyRelease, Qt::Key_PageDown}};
         QTRY_COMPARE(page.keys.size(), 2);
         QCOMPARE(page.keys, expected);
-        QCOMPARE(m_monitor->events.size(), 2);
-        QCOMPARE(m_monitor->events.at(0).parameters, QStringList{QStringLiteral("New tab")});
-        QCOMPARE(m_monitor->events.at(1).parameters, QStringList{QStringLiteral("PageDown")});
-        QVERIFY(m_delegate->calls.isEmpty());
+        QCOMPARE(m_recorders->monitor.events.size(), 2);
+        QCOMPARE(m_recorders->monitor.events.at(0).parameters, QStringList{QStringLiteral("New tab")});
+        QCOMPARE(m_recorders->monitor.events.at(1).parameters, QStringList{QStringLiteral("PageDown")});
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
 
         // And a delegate set later is used.
-        Handler()->SetGestureHandlerDelegate(m_delegate.get());
+        Handler()->SetGestureHandlerDelegate(&m_recorders->delegate);
         Handler()->HandleGestureEvent({QStringLiteral("R"), QStringLiteral("U")});
-        QCOMPARE(m_delegate->calls, QStringList{QStringLiteral("ActionNewTab")});
+        QCOMPARE(m_recorders->delegate.calls, QStringList{QStringLiteral("ActionNewTab")});
     }
 
     void endWithoutMovingHidesNothingAndStillActs()
     {
         Handler()->HandleGestureEvent({QStringLiteral("L")});
         QVERIFY(!FindToast());
-        QCOMPARE(m_delegate->calls, QStringList{QStringLiteral("ActionBack")});
+        QCOMPARE(m_recorders->delegate.calls, QStringList{QStringLiteral("ActionBack")});
     }
 
     void defaultMonitorWritesTheUsageLog()

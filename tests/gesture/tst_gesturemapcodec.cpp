@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "keltabtest.h"
 
+#include "gesturemapbytes.h"
 #include "gesturemapcodec_p.h"
 
 #include <QBuffer>
@@ -11,20 +12,8 @@ using IntMap = QMap<int, int>;
 
 namespace {
 
-QByteArray Be32(quint32 value)
-{
-    QByteArray bytes(4, '\0');
-    bytes[0] = char((value >> 24) & 0xFF);
-    bytes[1] = char((value >> 16) & 0xFF);
-    bytes[2] = char((value >> 8) & 0xFF);
-    bytes[3] = char(value & 0xFF);
-    return bytes;
-}
-
-QByteArray Pair(qint32 key, qint32 value)
-{
-    return Be32(quint32(key)) + Be32(quint32(value));
-}
+using GestureTest::Be32;
+using GestureTest::Pair;
 
 // The stored format, written out by hand: the count, then the pairs from the highest
 // key down. It is what Qt 5's QDataStream writes for a QMap<int, int>.

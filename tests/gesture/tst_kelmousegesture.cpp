@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "keltabtest.h"
 
+#include "gesturemapbytes.h"
 #include "gesturetestsupport.h"
 #include "singletontest.h"
 #include "kelmousegesture.h"
@@ -19,21 +20,6 @@ namespace {
 const QString kEnableKey = QStringLiteral("SYS_SETTING_ENABLE_GESTURE");
 const QString kTipKey = QStringLiteral("SYS_SETTING_GESTURE_TIP");
 const QString kMapKey = QStringLiteral("SYS_SETTING_GESTURE_MAP");
-
-QByteArray Be32(quint32 value)
-{
-    QByteArray bytes(4, '\0');
-    bytes[0] = char((value >> 24) & 0xFF);
-    bytes[1] = char((value >> 16) & 0xFF);
-    bytes[2] = char((value >> 8) & 0xFF);
-    bytes[3] = char(value & 0xFF);
-    return bytes;
-}
-
-QByteArray Pair(qint32 key, qint32 value)
-{
-    return Be32(quint32(key)) + Be32(quint32(value));
-}
 
 GestureMap FactoryMap()
 {

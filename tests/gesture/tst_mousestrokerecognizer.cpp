@@ -73,9 +73,7 @@ class TstMouseStrokeRecognizer : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<Sandbox> m_sandbox;
-    std::unique_ptr<RecordingMonitor> m_monitor;
-    std::unique_ptr<RecordingDelegate> m_delegate;
+    std::unique_ptr<Recorders> m_recorders;
     std::unique_ptr<BrowserGestureHandler> m_handler;
     std::unique_ptr<EventRecorder> m_window;
     EventRecorder *m_child = nullptr;
@@ -110,12 +108,9 @@ private Q_SLOTS:
     void init()
     {
         DpiTool::SetScaleFactor(1.0);
-        m_sandbox.reset(new Sandbox);
-        m_monitor.reset(new RecordingMonitor);
-        IMonitorSystem::SetMonitorSystem(m_monitor.get());
-        m_delegate.reset(new RecordingDelegate);
+        m_recorders.reset(new Recorders);
         m_handler.reset(new BrowserGestureHandler(nullptr));
-        m_handler->SetGestureHandlerDelegate(m_delegate.get());
+        m_handler->SetGestureHandlerDelegate(&m_recorders->delegate);
 
         m_window.reset(new EventRecorder);
         m_window->setGeometry(50, 50, 400, 400);
@@ -135,9 +130,7 @@ private Q_SLOTS:
         m_window.reset();
         m_child = nullptr;
         m_handler.reset();
-        m_delegate.reset();
-        m_monitor.reset();
-        m_sandbox.reset();
+        m_recorders.reset();
         DpiTool::SetScaleFactor(0);
     }
 
@@ -303,8 +296,8 @@ private Q_SLOTS:
         QCOMPARE(changed.at(1).at(0).toStringList(), (QStringList{"D", "R"}));
         QCOMPARE(finished.count(), 1);
         QCOMPARE(finished.at(0).at(0).toStringList(), (QStringList{"D", "R"}));
-        QCOMPARE(m_delegate->calls, QStringList{QStringLiteral("ActionCloseTab")});
-        QCOMPARE(m_monitor->events.size(), 1);
+        QCOMPARE(m_recorders->delegate.calls, QStringList{QStringLiteral("ActionCloseTab")});
+        QCOMPARE(m_recorders->monitor.events.size(), 1);
         QVERIFY(!Toast()->isVisible());
 
         // The widget saw none of it: no right button, no drag, no context menu.
@@ -318,7 +311,7 @@ private Q_SLOTS:
     {
         // Starts on the child and ends outside it.
         Stroke({{300, 220}, {300, 120}, {380, 120}});
-        QCOMPARE(m_delegate->calls, QStringList{QStringLiteral("ActionNextTab")});
+        QCOMPARE(m_recorders->delegate.calls, QStringList{QStringLiteral("ActionNextTab")});
         QCOMPARE(m_child->mouse.size(), 0);
         QCOMPARE(m_child->contextMenus.size(), 0);
     }
@@ -353,8 +346,8 @@ private Q_SLOTS:
         QCOMPARE(other->contextMenus.size(), 0);
         QCOMPARE(target->Count(QEvent::MouseButtonPress, Qt::RightButton), 0);
         QCOMPARE(finished.count(), 0);
-        QVERIFY(m_delegate->calls.isEmpty());
-        QVERIFY(m_monitor->events.isEmpty());
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
+        QVERIFY(m_recorders->monitor.events.isEmpty());
         QVERIFY(!Toast());
     }
 
@@ -375,7 +368,7 @@ private Q_SLOTS:
         QVERIFY(m_window->Count(QEvent::MouseMove, Qt::NoButton) > 0);
         // The platform's own request, exactly once.
         QCOMPARE(m_window->contextMenus.size(), 1);
-        QVERIFY(m_delegate->calls.isEmpty());
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
         QVERIFY(!Toast());
     }
 
@@ -387,7 +380,7 @@ private Q_SLOTS:
         QCOMPARE(m_window->Count(QEvent::MouseButtonPress, Qt::LeftButton), 1);
         QCOMPARE(m_window->Count(QEvent::MouseButtonRelease, Qt::LeftButton), 1);
         QVERIFY(!m_recognizer->IsStrokeActive());
-        QVERIFY(m_delegate->calls.isEmpty());
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
     }
 
     void anotherButtonCancelsTheStroke()
@@ -404,8 +397,8 @@ private Q_SLOTS:
         QTest::mouseRelease(Window(), Qt::LeftButton, Qt::NoModifier, points.last());
         QTest::mouseRelease(Window(), Qt::RightButton, Qt::NoModifier, points.last());
         QCOMPARE(finished.count(), 0);
-        QVERIFY(m_delegate->calls.isEmpty());
-        QVERIFY(m_monitor->events.isEmpty());
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
+        QVERIFY(m_recorders->monitor.events.isEmpty());
         QCOMPARE(m_window->contextMenus.size(), 0);
     }
 
@@ -415,7 +408,7 @@ private Q_SLOTS:
         Stroke({{50, 20}, {50, 150}, {150, 150}});
         QCOMPARE(m_window->Count(QEvent::MouseButtonPress, Qt::RightButton), 1);
         QCOMPARE(m_window->contextMenus.size(), 1);
-        QVERIFY(m_delegate->calls.isEmpty());
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
     }
 
     void detachedRecognizerWatchesNothing()
@@ -424,7 +417,7 @@ private Q_SLOTS:
         QCOMPARE(m_recognizer->AttachedWidget(), nullptr);
         Stroke({{50, 20}, {50, 150}, {150, 150}});
         QCOMPARE(m_window->Count(QEvent::MouseButtonPress, Qt::RightButton), 1);
-        QVERIFY(m_delegate->calls.isEmpty());
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
     }
 
     void signalsWithoutHandler()
@@ -434,7 +427,7 @@ private Q_SLOTS:
         Stroke({{50, 150}, {50, 40}, {160, 40}});
         QCOMPARE(finished.count(), 1);
         QCOMPARE(finished.at(0).at(0).toStringList(), (QStringList{"U", "R"}));
-        QVERIFY(m_delegate->calls.isEmpty());
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
     }
 
     void minimumScalesWithDpi()
@@ -442,11 +435,11 @@ private Q_SLOTS:
         // 30 pixels is a direction at 1.0 but not at 2.0, where the minimum is 40.
         const QVector<QPoint> path{{50, 50}, {80, 50}};
         Stroke(path);
-        QCOMPARE(m_delegate->calls, QStringList{QStringLiteral("ActionForward")});
-        m_delegate->calls.clear();
+        QCOMPARE(m_recorders->delegate.calls, QStringList{QStringLiteral("ActionForward")});
+        m_recorders->delegate.calls.clear();
         DpiTool::SetScaleFactor(2.0);
         Stroke(path);
-        QVERIFY(m_delegate->calls.isEmpty());
+        QVERIFY(m_recorders->delegate.calls.isEmpty());
         QCOMPARE(m_window->contextMenus.size(), 1);
     }
 

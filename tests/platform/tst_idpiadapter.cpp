@@ -48,9 +48,8 @@ private Q_SLOTS:
     void liveAdapterCount();
     void copiesRegisterThemselves();
     void everyLiveAdapterCalledOnceOnChange();
-    void unchangedFactorCallsNone();
-    void fixingTheScreenFactorCallsNone();
-    void returnToScreenFactorCallsWhenItDiffers();
+    void callsOnlyWhenTheFactorInForceChanges_data();
+    void callsOnlyWhenTheFactorInForceChanges();
     void destroyedAdapterIsNeverCalled();
     void adapterDeletedByAnotherInsideAdjust_data();
     void adapterDeletedByAnotherInsideAdjust();
@@ -128,37 +127,38 @@ void TstIDpiAdapter::everyLiveAdapterCalledOnceOnChange()
     QCOMPARE(c.calls, 2);
 }
 
-void TstIDpiAdapter::unchangedFactorCallsNone()
+// The adapter is made under the factor "before", then the factors are set in turn;
+// "calls" is its count after each, "inForce" the factor in force at the end (0.0 sets
+// back the screen's own factor, 1.0 on the offscreen screen).
+void TstIDpiAdapter::callsOnlyWhenTheFactorInForceChanges_data()
 {
-    CountingAdapter a;
-
-    DpiTool::SetScaleFactor(1.0);
-    QCOMPARE(a.calls, 0);
-
-    DpiTool::SetScaleFactor(1.5);
-    QCOMPARE(a.calls, 1);
-    DpiTool::SetScaleFactor(1.5);
-    QCOMPARE(a.calls, 1);
-}
-
-void TstIDpiAdapter::fixingTheScreenFactorCallsNone()
-{
-    DpiTool::SetScaleFactor(0.0);
-    CountingAdapter a;
+    QTest::addColumn<double>("before");
+    QTest::addColumn<QList<double>>("factors");
+    QTest::addColumn<QList<int>>("calls");
+    QTest::addColumn<double>("inForce");
+    QTest::addRow("unchanged factor calls none")
+        << 1.0 << QList<double>{1.0, 1.5, 1.5} << QList<int>{0, 1, 1} << 1.5;
     // The offscreen screen already has factor 1.0: fixing 1.0 changes nothing in force.
-    DpiTool::SetScaleFactor(1.0);
-    QCOMPARE(a.calls, 0);
-    DpiTool::SetScaleFactor(0.0);
-    QCOMPARE(a.calls, 0);
+    QTest::addRow("fixing the screen factor calls none")
+        << 0.0 << QList<double>{1.0, 0.0} << QList<int>{0, 0} << 1.0;
+    QTest::addRow("return to the screen factor calls when it differs")
+        << 2.0 << QList<double>{0.0} << QList<int>{1} << 1.0;
 }
 
-void TstIDpiAdapter::returnToScreenFactorCallsWhenItDiffers()
+void TstIDpiAdapter::callsOnlyWhenTheFactorInForceChanges()
 {
-    DpiTool::SetScaleFactor(2.0);
+    QFETCH(double, before);
+    QFETCH(QList<double>, factors);
+    QFETCH(QList<int>, calls);
+    QFETCH(double, inForce);
+
+    DpiTool::SetScaleFactor(before);
     CountingAdapter a;
-    DpiTool::SetScaleFactor(0.0);
-    QCOMPARE(a.calls, 1);
-    QCOMPARE(DpiTool::ScaleFactor(), 1.0);
+    for (int i = 0; i < factors.size(); ++i) {
+        DpiTool::SetScaleFactor(factors.at(i));
+        QCOMPARE(a.calls, calls.at(i));
+    }
+    QCOMPARE(DpiTool::ScaleFactor(), inForce);
 }
 
 void TstIDpiAdapter::destroyedAdapterIsNeverCalled()

@@ -2,6 +2,7 @@
 #include "keltabtest.h"
 
 #include "imonitorsystem.h"
+#include "recordingmonitor.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -15,22 +16,7 @@
 
 namespace {
 
-class RecordingMonitor : public IMonitorSystem
-{
-public:
-    struct Event
-    {
-        QString event;
-        QString pluginCode;
-        QStringList parameters;
-    };
-    QList<Event> events;
-
-    void ReportUsageEvent(const QString &event, const QString &pluginCode, const QStringList &parameters) override
-    {
-        events.append({event, pluginCode, parameters});
-    }
-};
+using KelTest::RecordingMonitor;
 
 QList<QByteArray> LogLines(const QString &path)
 {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "hoverevents.h"
 #include "keltabtest.h"
 
 #include "kelpushbuttonhover.h"
@@ -8,17 +9,8 @@ namespace {
 const QColor kIdle(0, 0, 255);
 const QColor kHovered(255, 0, 0);
 
-void SendEnter(QWidget *widget)
-{
-    QEvent enter(QEvent::Enter);
-    QApplication::sendEvent(widget, &enter);
-}
-
-void SendLeave(QWidget *widget)
-{
-    QEvent leave(QEvent::Leave);
-    QApplication::sendEvent(widget, &leave);
-}
+using KelTest::SendEnter;
+using KelTest::SendLeave;
 
 } // namespace
 

@@ -4,7 +4,7 @@
 #include "browserkeyhandler.h"
 #include "vosshortcut.h"
 #include "vosshortcutmanager.h"
-#include "xtestkeyboard.h"
+#include "xinput.h"
 
 #include <QKeyEvent>
 #include <QWidget>
@@ -126,7 +126,7 @@ class TstBrowserKeyHandlerLayouts : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<XTestKeyboard> m_keyboard;
+    std::unique_ptr<KelTest::XInput> m_keyboard;
     std::unique_ptr<QWidget> m_window;
     std::unique_ptr<BrowserKeyHandler> m_handler;
     QSharedPointer<VosShortcut> m_shortcut;
@@ -143,11 +143,11 @@ private:
         if (mask & VosShortcut::ModifierShift)
             modifiers << kKeyShift;
         for (uint modifier : qAsConst(modifiers))
-            m_keyboard->Send(modifier, true);
-        m_keyboard->Send(keyCode, true);
-        m_keyboard->Send(keyCode, false);
+            m_keyboard->SendKeyCode(modifier, true);
+        m_keyboard->SendKeyCode(keyCode, true);
+        m_keyboard->SendKeyCode(keyCode, false);
         for (auto it = modifiers.crbegin(); it != modifiers.crend(); ++it)
-            m_keyboard->Send(*it, false);
+            m_keyboard->SendKeyCode(*it, false);
         m_keyboard->Sync();
 
         watcher.scanCode = keyCode;
@@ -165,7 +165,7 @@ private Q_SLOTS:
     {
         if (QGuiApplication::platformName() != QLatin1String("xcb"))
             QSKIP("needs the xcb platform on an X server (run under xvfb-run)");
-        m_keyboard.reset(new XTestKeyboard);
+        m_keyboard.reset(new KelTest::XInput);
         QVERIFY2(m_keyboard->IsValid(), "no X display with the XTest extension");
 
         m_window.reset(new QWidget);

@@ -11,6 +11,7 @@
 #include "browsertabbarex.h"
 #include "browsertabbuttonbase.h"
 #include "tabdata.h"
+#include "tabrecord.h"
 
 #include <QtTest>
 
@@ -32,14 +33,7 @@ inline BrowserTabBarBase *Make(Kind kind, QWidget *parent = nullptr)
     return new BrowserTabBarEx(parent);
 }
 
-inline TabDataPtr WebTab(const QString &title)
-{
-    TabDataPtr tab(new TabData);
-    tab->SetTabType(TabData::TabTypeWeb);
-    tab->SetTitle(title);
-    tab->SetData(tab->GetId());
-    return tab;
-}
+using KelTest::WebTab;
 
 /** Adds @p count web tabs titled "t0", "t1", ... and returns their records. */
 inline QList<TabDataPtr> Fill(BrowserTabBarBase &bar, int count)

@@ -13,6 +13,8 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QPoint>
+#include <QProcess>
+#include <QStringList>
 #include <QtTest>
 
 #include <dlfcn.h>
@@ -40,10 +42,14 @@ public:
             dlsym(m_xtst, "XTestFakeButtonEvent"));
         m_key = reinterpret_cast<int (*)(void *, unsigned int, int, unsigned long)>(
             dlsym(m_xtst, "XTestFakeKeyEvent"));
+        m_keysymToModifiers = reinterpret_cast<unsigned int (*)(void *, unsigned long)>(
+            dlsym(m_x11, "XkbKeysymToModifiers"));
+        m_lockModifiers = reinterpret_cast<int (*)(void *, unsigned int, unsigned int, unsigned int)>(
+            dlsym(m_x11, "XkbLockModifiers"));
         auto query = reinterpret_cast<int (*)(void *, int *, int *, int *, int *)>(
             dlsym(m_xtst, "XTestQueryExtension"));
         if (!openDisplay || !m_flush || !m_sync || !m_closeDisplay || !m_keysymToKeycode || !m_motion
-            || !m_button || !m_key || !query)
+            || !m_button || !m_key || !m_keysymToModifiers || !m_lockModifiers || !query)
             return;
         m_display = openDisplay(nullptr);
         int event = 0, error = 0, major = 0, minor = 0;
@@ -123,9 +129,41 @@ public:
         m_sync(m_display, 0);
     }
 
+    /** Presses (@p down) or releases the key with the X key code @p keyCode (its physical position). */
+    void SendKeyCode(unsigned int keyCode, bool down)
+    {
+        if (m_display)
+            m_key(m_display, keyCode, down ? 1 : 0, 0);
+    }
+
+    /** Waits until the server has handled every request sent so far. */
+    void Sync()
+    {
+        if (m_display)
+            m_sync(m_display, 0);
+    }
+
+    /**
+     * Sets the server's keyboard layout (for example "us", "fr") with setxkbmap and
+     * turns Num Lock on, so that the keypad types digits whatever the last layout left.
+     */
+    bool SetLayout(const QString &layout)
+    {
+        if (!m_display
+            || QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), layout}) != 0)
+            return false;
+        const unsigned int numLock = m_keysymToModifiers(m_display, KeyNumLock);
+        m_lockModifiers(m_display, UseCoreKeyboard, numLock, numLock);
+        m_sync(m_display, 0);
+        return true;
+    }
+
     static constexpr unsigned long KeyEscape = 0xff1b;
+    static constexpr unsigned long KeyNumLock = 0xff7f;
 
 private:
+    static constexpr unsigned int UseCoreKeyboard = 0x0100; // XkbUseCoreKbd
+
     void *m_x11 = nullptr;
     void *m_xtst = nullptr;
     void *m_display = nullptr;
@@ -137,6 +175,8 @@ private:
     int (*m_motion)(void *, int, int, int, unsigned long) = nullptr;
     int (*m_button)(void *, unsigned int, int, unsigned long) = nullptr;
     int (*m_key)(void *, unsigned int, int, unsigned long) = nullptr;
+    unsigned int (*m_keysymToModifiers)(void *, unsigned long) = nullptr;
+    int (*m_lockModifiers)(void *, unsigned int, unsigned int, unsigned int) = nullptr;
 };
 
 } // namespace KelTest

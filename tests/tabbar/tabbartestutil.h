@@ -8,6 +8,7 @@
 #include "dpitool.h"
 #include "kelpushbuttonhover.h"
 #include "tabdata.h"
+#include "tabrecord.h"
 #include "vosimagecache.h"
 
 #include <QFrame>
@@ -23,12 +24,7 @@ namespace ClassicTest {
 inline TabDataPtr MakeTab(const QString &title, TabData::TabType type = TabData::TabTypeWeb,
                           const QString &data = QString())
 {
-    TabDataPtr tab(new TabData);
-    tab->SetTabType(type);
-    tab->SetTitle(title);
-    // Distinct data strings keep records distinct even when ids are compared away.
-    tab->SetData(data.isEmpty() ? tab->GetId() : data);
-    return tab;
+    return KelTest::MakeTab(type, title, data);
 }
 
 /** A bar whose policy the tests set, with the protected operations re-exported. */

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "hoverevents.h"
 #include "keltabtest.h"
 
 #include "kellabel.h"
@@ -42,17 +43,8 @@ QFrame *Frame(BrowserTabButton *button, const QString &name)
     return button->findChild<QFrame *>(name);
 }
 
-void SendEnter(QWidget *widget)
-{
-    QEvent event(QEvent::Enter);
-    QCoreApplication::sendEvent(widget, &event);
-}
-
-void SendLeave(QWidget *widget)
-{
-    QEvent event(QEvent::Leave);
-    QCoreApplication::sendEvent(widget, &event);
-}
+using KelTest::SendEnter;
+using KelTest::SendLeave;
 
 // Counts how often a widget is polished, to see the restyling the button does.
 class CountingStyle : public QProxyStyle

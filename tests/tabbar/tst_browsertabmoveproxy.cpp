@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "idleproxy.h"
 #include "keltabtest.h"
 
 #include "browsertabmoveproxy.h"
@@ -144,13 +145,7 @@ void TstBrowserTabMoveProxy::isAParentlessInvisiblePopup()
 {
     BrowserTabMoveProxy proxy;
     QVERIFY(!proxy.parent());
-    QVERIFY(proxy.windowFlags() & Qt::Popup);
-    QVERIFY(proxy.windowFlags() & Qt::FramelessWindowHint);
-    QCOMPARE(proxy.windowOpacity(), 0.0);
-    QVERIFY(!proxy.hasMouseTracking());
-    QCOMPARE(proxy.size(), QSize(1, 1));
-    QCOMPARE(proxy.pos(), QPoint(0, 0));
-    QVERIFY(proxy.isHidden());
+    KelTest::VerifyIdleProxy(proxy);
     QVERIFY(!proxy.HasMoved());
 }
 

@@ -9,6 +9,8 @@
 #include "browsertabbuttonex.h"
 #include "dpitool.h"
 #include "tabdata.h"
+#include "tabrecord.h"
+#include "vosimagecache.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -19,7 +21,9 @@
 #include <QPair>
 #include <QPoint>
 #include <QString>
+#include <QTemporaryDir>
 #include <QTimer>
+#include <QtTest>
 
 class TestTabBarEx : public BrowserTabBarEx
 {
@@ -212,12 +216,7 @@ inline bool MoveHeldTo(const QPoint &global)
 
 inline TabDataPtr MakeTab(TabData::TabType type, const QString &title, const QString &id = QString())
 {
-    // Records are equal when their type and data are; every test tab gets data of its own.
-    static int serial = 0;
-    TabDataPtr tab(new TabData);
-    tab->SetTabType(type);
-    tab->SetData(QStringLiteral("tab-%1").arg(++serial));
-    tab->SetTitle(title);
+    TabDataPtr tab = KelTest::MakeTab(type, title);
     if (!id.isEmpty())
         tab->SetId(id);
     return tab;
@@ -230,6 +229,23 @@ inline TabDataPtr Home() { return MakeTab(TabData::TabTypeHomePage, QStringLiter
 inline int BarWidthFor(int designAvailable, int fixedDesignWidth = 84)
 {
     return DpiTool::ScaleDefault(designAvailable) + DpiTool::ScaleDefault(10) + DpiTool::ScaleDefault(fixedDesignWidth);
+}
+
+/**
+ * Gives the test case an icon cache of its own in @p dir: plug-in and web tabs ask
+ * it for their icons. For initTestCase().
+ */
+inline void OpenIconCache(const QTemporaryDir &dir)
+{
+    QVERIFY(dir.isValid());
+    VosImageCache::Instance()->SetCacheDirectory(dir.filePath(QStringLiteral("cache")));
+}
+
+/** Releases the icon cache and gives the screen its own scale back. For cleanupTestCase(). */
+inline void EndTestCase()
+{
+    VosImageCache::ReleaseInstance();
+    DpiTool::SetScaleFactor(0);
 }
 
 /** Adds the home tab and @p scrolling web tabs. */

@@ -2,6 +2,7 @@
 // BrowserTabArrowProxyEx: an invisible, parentless 1 x 1 popup that ends a hold on a
 // left release (through the window system's path) or on any hide.
 
+#include "idleproxy.h"
 #include "keltabtest.h"
 
 #include "browsertabarrowproxyex.h"
@@ -33,13 +34,7 @@ void TstBrowserTabArrowProxyEx::construction()
 {
     BrowserTabArrowProxyEx proxy;
     QVERIFY(!proxy.parentWidget());
-    QVERIFY(proxy.windowFlags() & Qt::Popup);
-    QVERIFY(proxy.windowFlags() & Qt::FramelessWindowHint);
-    QCOMPARE(proxy.windowOpacity(), 0.0);
-    QVERIFY(!proxy.hasMouseTracking());
-    QCOMPARE(proxy.size(), QSize(1, 1));
-    QCOMPARE(proxy.pos(), QPoint(0, 0));
-    QVERIFY(proxy.isHidden());
+    KelTest::VerifyIdleProxy(proxy);
 }
 
 void TstBrowserTabArrowProxyEx::leftReleaseHides()

@@ -111,6 +111,7 @@ private:
     QTemporaryDir m_dir;
 
     TestTabBarEx *MakeBar(int designAvailable = 1000);
+    TestTabBarEx *MakeFilledBar(int scrolling, int current);
     QString MakeIcon(const QString &name, QColor colour);
 };
 
@@ -121,6 +122,16 @@ TestTabBarEx *TstBrowserTabBarEx::MakeBar(int designAvailable)
     m_bar->resize(BarWidthFor(designAvailable), m_bar->ButtonBarHeight());
     m_window->resize(m_bar->size());
     return m_bar;
+}
+
+// Most tests start here: the home tab and @p scrolling web tabs, with the tab at
+// @p current made current before the test watches anything.
+TestTabBarEx *TstBrowserTabBarEx::MakeFilledBar(int scrolling, int current)
+{
+    TestTabBarEx *bar = MakeBar();
+    Fill(*bar, scrolling);
+    bar->setCurrentIndex(current);
+    return bar;
 }
 
 QString TstBrowserTabBarEx::MakeIcon(const QString &name, QColor colour)
@@ -134,8 +145,7 @@ QString TstBrowserTabBarEx::MakeIcon(const QString &name, QColor colour)
 
 void TstBrowserTabBarEx::initTestCase()
 {
-    QVERIFY(m_dir.isValid());
-    VosImageCache::Instance()->SetCacheDirectory(m_dir.filePath(QStringLiteral("cache")));
+    OpenIconCache(m_dir);
 }
 
 void TstBrowserTabBarEx::init()
@@ -153,13 +163,20 @@ void TstBrowserTabBarEx::cleanup()
 
 void TstBrowserTabBarEx::cleanupTestCase()
 {
-    VosImageCache::ReleaseInstance();
-    DpiTool::SetScaleFactor(0);
+    EndTestCase();
 }
 
 static void AddScaleRows()
 {
     QTest::addColumn<double>("scale");
+}
+
+// For the geometry tests that take nothing but the scale: one row at 1.0, one at 1.5.
+static void AddBothScales()
+{
+    AddScaleRows();
+    QTest::newRow("1.0") << 1.0;
+    QTest::newRow("1.5") << 1.5;
 }
 
 void TstBrowserTabBarEx::construction()
@@ -329,9 +346,7 @@ void TstBrowserTabBarEx::computeButtonWidthKeepCurrentWide()
 
 void TstBrowserTabBarEx::frameGeometryWithoutOverflow_data()
 {
-    AddScaleRows();
-    QTest::newRow("1.0") << 1.0;
-    QTest::newRow("1.5") << 1.5;
+    AddBothScales();
 }
 
 void TstBrowserTabBarEx::frameGeometryWithoutOverflow()
@@ -354,9 +369,7 @@ void TstBrowserTabBarEx::frameGeometryWithoutOverflow()
 
 void TstBrowserTabBarEx::frameGeometryInOverflow_data()
 {
-    AddScaleRows();
-    QTest::newRow("1.0") << 1.0;
-    QTest::newRow("1.5") << 1.5;
+    AddBothScales();
 }
 
 void TstBrowserTabBarEx::frameGeometryInOverflow()
@@ -391,9 +404,7 @@ void TstBrowserTabBarEx::frameGeometryInOverflow()
 
 void TstBrowserTabBarEx::fixedTabsInFixedArea_data()
 {
-    AddScaleRows();
-    QTest::newRow("1.0") << 1.0;
-    QTest::newRow("1.5") << 1.5;
+    AddBothScales();
 }
 
 void TstBrowserTabBarEx::fixedTabsInFixedArea()
@@ -618,9 +629,7 @@ void TstBrowserTabBarEx::setCurrentIndexChecksOnlyTheCurrent()
 
 void TstBrowserTabBarEx::setCurrentIndexSameDoesNothing()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 3);
-    bar->setCurrentIndex(1);
+    TestTabBarEx *bar = MakeFilledBar(3, 1);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
     bar->setCurrentIndex(1);
     QCOMPARE(changed.count(), 0);
@@ -629,9 +638,7 @@ void TstBrowserTabBarEx::setCurrentIndexSameDoesNothing()
 
 void TstBrowserTabBarEx::setCurrentIndexOutOfRange()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 3);
-    bar->setCurrentIndex(1);
+    TestTabBarEx *bar = MakeFilledBar(3, 1);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
     bar->setCurrentIndex(4);
     bar->setCurrentIndex(400);
@@ -650,9 +657,7 @@ void TstBrowserTabBarEx::setCurrentIndexOutOfRange()
 
 void TstBrowserTabBarEx::setCurrentIndexMinusOneUnchecksAll()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 3);
-    bar->setCurrentIndex(2);
+    TestTabBarEx *bar = MakeFilledBar(3, 2);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
     bar->setCurrentIndex(-1);
     QCOMPARE(changed.count(), 1);
@@ -664,9 +669,7 @@ void TstBrowserTabBarEx::setCurrentIndexMinusOneUnchecksAll()
 
 void TstBrowserTabBarEx::removeCurrentActivatesRightNeighbour()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 4);
-    bar->setCurrentIndex(2);
+    TestTabBarEx *bar = MakeFilledBar(4, 2);
     TabDataPtr right = bar->GetTabData(3);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
     bar->removeTab(2);
@@ -681,9 +684,7 @@ void TstBrowserTabBarEx::removeCurrentActivatesRightNeighbour()
 
 void TstBrowserTabBarEx::removeCurrentAtRightEndActivatesLeft()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 3);
-    bar->setCurrentIndex(3);
+    TestTabBarEx *bar = MakeFilledBar(3, 3);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
     bar->removeTab(3);
     QCOMPARE(changed.count(), 1);
@@ -727,9 +728,7 @@ void TstBrowserTabBarEx::removeOnlyTabEmitsMinusOne()
 
 void TstBrowserTabBarEx::removeLeftOfCurrentKeepsCurrent()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 4);
-    bar->setCurrentIndex(3);
+    TestTabBarEx *bar = MakeFilledBar(4, 3);
     TabDataPtr current = bar->GetCurrentTabData();
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
     bar->removeTab(1);
@@ -744,9 +743,7 @@ void TstBrowserTabBarEx::removeLeftOfCurrentKeepsCurrent()
 
 void TstBrowserTabBarEx::removeRightOfCurrent()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 4);
-    bar->setCurrentIndex(1);
+    TestTabBarEx *bar = MakeFilledBar(4, 1);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
     bar->removeTab(3);
     QCOMPARE(changed.count(), 0);
@@ -755,9 +752,7 @@ void TstBrowserTabBarEx::removeRightOfCurrent()
 
 void TstBrowserTabBarEx::removeOutOfRangeIsIgnored()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 2);
-    bar->setCurrentIndex(1);
+    TestTabBarEx *bar = MakeFilledBar(2, 1);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
     bar->removeTab(-1);
     bar->removeTab(3);
@@ -1023,9 +1018,7 @@ void TstBrowserTabBarEx::iconClickReachesHook()
 
 void TstBrowserTabBarEx::slotsIgnoreNullAndUnknownTabs()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 2);
-    bar->setCurrentIndex(1);
+    TestTabBarEx *bar = MakeFilledBar(2, 1);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
     QSignalSpy closeRequested(bar, &BrowserTabBarEx::tabCloseRequested);
     const TabDataPtr unknown = MakeTab(TabData::TabTypePlugin, QStringLiteral("nobody"));
@@ -1047,9 +1040,7 @@ void TstBrowserTabBarEx::slotsIgnoreNullAndUnknownTabs()
 
 void TstBrowserTabBarEx::separators()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 5);
-    bar->setCurrentIndex(3);
+    TestTabBarEx *bar = MakeFilledBar(5, 3);
     // The current tab and its left neighbour hide theirs; every other tab shows its own.
     const QList<bool> expected = {true, true, false, false, true, true};
     for (int i = 0; i < bar->count(); ++i)
@@ -1075,9 +1066,7 @@ void TstBrowserTabBarEx::separatorsInOverflowHideLastFixed()
 
 void TstBrowserTabBarEx::hoverSeparators()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 5);
-    bar->setCurrentIndex(4);
+    TestTabBarEx *bar = MakeFilledBar(5, 4);
     // Hovering tab 2 hides the separators on both of its sides.
     bar->SlotHoverChanged(bar->GetTabData(2), true);
     QVERIFY(!bar->TabButton(2)->IsSeparatorVisible());
@@ -1243,9 +1232,7 @@ void TstBrowserTabBarEx::stateKeptWhileOutOfView()
 
 void TstBrowserTabBarEx::removeTabInsideCurrentChanged()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 5);
-    bar->setCurrentIndex(2);
+    TestTabBarEx *bar = MakeFilledBar(5, 2);
     TabDataPtr removedByHost = bar->GetTabData(4);
     TabDataPtr removed = bar->GetTabData(2);
     TabDataPtr next = bar->GetTabData(3);
@@ -1268,9 +1255,7 @@ void TstBrowserTabBarEx::removeTabInsideCurrentChanged()
 
 void TstBrowserTabBarEx::removeSameTabInsideCurrentChanged()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 3);
-    bar->setCurrentIndex(1);
+    TestTabBarEx *bar = MakeFilledBar(3, 1);
     TabDataPtr target = bar->GetTabData(1);
     bool once = true;
     connect(bar, &BrowserTabBarEx::currentChanged, this, [bar, target, &once](int) {
@@ -1288,9 +1273,7 @@ void TstBrowserTabBarEx::removeSameTabInsideCurrentChanged()
 
 void TstBrowserTabBarEx::reselectRemovedTabInsideCurrentChanged()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 3);
-    bar->setCurrentIndex(1);
+    TestTabBarEx *bar = MakeFilledBar(3, 1);
     bool once = true;
     connect(bar, &BrowserTabBarEx::currentChanged, this, [bar, &once](int) {
         if (!once)
@@ -1310,9 +1293,7 @@ void TstBrowserTabBarEx::reselectRemovedTabInsideCurrentChanged()
 
 void TstBrowserTabBarEx::insertTabInsideCurrentChanged()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 3);
-    bar->setCurrentIndex(2);
+    TestTabBarEx *bar = MakeFilledBar(3, 2);
     TabDataPtr removed = bar->GetTabData(2);
     TabDataPtr next = bar->GetTabData(3);
     bool once = true;
@@ -1351,9 +1332,7 @@ void TstBrowserTabBarEx::removeTabInsideCloseRequested()
 
 void TstBrowserTabBarEx::deleteBarInsideCurrentChanged()
 {
-    TestTabBarEx *bar = MakeBar();
-    Fill(*bar, 3);
-    bar->setCurrentIndex(2);
+    TestTabBarEx *bar = MakeFilledBar(3, 2);
     QPointer<TestTabBarEx> guard(bar);
     connect(bar, &BrowserTabBarEx::currentChanged, this, [this](int) { m_window.reset(); });
     bar->removeTab(2);

@@ -64,8 +64,7 @@ bool Near(QColor a, QColor b, int tolerance = 6)
 
 void TstBrowserTabBarExLook::initTestCase()
 {
-    QVERIFY(m_dir.isValid());
-    VosImageCache::Instance()->SetCacheDirectory(m_dir.filePath(QStringLiteral("cache")));
+    OpenIconCache(m_dir);
     // A page icon of our own, so that no network is needed.
     QImage icon(32, 32, QImage::Format_ARGB32_Premultiplied);
     icon.fill(Qt::transparent);
@@ -84,8 +83,7 @@ void TstBrowserTabBarExLook::initTestCase()
 
 void TstBrowserTabBarExLook::cleanupTestCase()
 {
-    VosImageCache::ReleaseInstance();
-    DpiTool::SetScaleFactor(0);
+    EndTestCase();
 }
 
 void TstBrowserTabBarExLook::init()

@@ -125,9 +125,7 @@ private:
 
 void TstBrowserTabBarExMenu::initTestCase()
 {
-    // Plug-in tabs ask the icon cache for their icons.
-    QVERIFY(m_dir.isValid());
-    VosImageCache::Instance()->SetCacheDirectory(m_dir.filePath(QStringLiteral("cache")));
+    OpenIconCache(m_dir);
 }
 
 void TstBrowserTabBarExMenu::init()
@@ -146,8 +144,7 @@ void TstBrowserTabBarExMenu::cleanup()
 
 void TstBrowserTabBarExMenu::cleanupTestCase()
 {
-    VosImageCache::ReleaseInstance();
-    DpiTool::SetScaleFactor(0);
+    EndTestCase();
 }
 
 PolicyBar *TstBrowserTabBarExMenu::MakeBar(int scrolling, bool init)

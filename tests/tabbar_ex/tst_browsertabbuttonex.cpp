@@ -95,8 +95,7 @@ private:
 
 void TstBrowserTabButtonEx::initTestCase()
 {
-    QVERIFY(m_dir.isValid());
-    VosImageCache::Instance()->SetCacheDirectory(m_dir.filePath(QStringLiteral("cache")));
+    OpenIconCache(m_dir);
 }
 
 void TstBrowserTabButtonEx::init()
@@ -116,8 +115,7 @@ void TstBrowserTabButtonEx::cleanup()
 
 void TstBrowserTabButtonEx::cleanupTestCase()
 {
-    VosImageCache::ReleaseInstance();
-    DpiTool::SetScaleFactor(0);
+    EndTestCase();
 }
 
 BrowserTabButtonEx *TstBrowserTabButtonEx::MakeButton(TabDataPtr tab, const QString &iconPath, bool loading)

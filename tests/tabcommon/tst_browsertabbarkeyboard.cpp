@@ -7,6 +7,7 @@
 #include "a11yactive.h"
 #include "bothbars.h"
 #include "keltabtest.h"
+#include "shownmenu.h"
 #include "steps.h"
 
 #include "dpitool.h"
@@ -42,11 +43,7 @@ QStringList FocusEvents()
     return names;
 }
 
-QMenu *ShownMenu()
-{
-    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-    return menu && menu->isVisible() ? menu : nullptr;
-}
+using KelTest::ShownMenu;
 
 } // namespace
 

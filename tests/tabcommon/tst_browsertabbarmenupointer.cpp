@@ -6,6 +6,7 @@
 
 #include "bothbars.h"
 #include "keltabtest.h"
+#include "shownmenu.h"
 #include "steps.h"
 #include "xinput.h"
 
@@ -102,10 +103,11 @@ QList<int> TstBrowserTabBarMenuPointer::Hovered() const
     return hovered;
 }
 
+// The open menu once it is on the screen: only then can the real pointer reach its entries.
 static QMenu *ShownMenu()
 {
-    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-    return menu && menu->isVisible() && menu->windowHandle() && menu->windowHandle()->isExposed() ? menu : nullptr;
+    QMenu *menu = KelTest::ShownMenu();
+    return menu && menu->windowHandle() && menu->windowHandle()->isExposed() ? menu : nullptr;
 }
 
 // Whether @p action is the menu's active one. A menu takes no notice of the first
@@ -122,14 +124,7 @@ bool TstBrowserTabBarMenuPointer::PointingAt(QMenu *menu, QAction *action)
     return false;
 }
 
-static QAction *ActionNamed(QMenu *menu, const QString &text)
-{
-    for (QAction *action : menu->actions()) {
-        if (action->text() == text)
-            return action;
-    }
-    return nullptr;
-}
+using KelTest::ActionNamed;
 
 void TstBrowserTabBarMenuPointer::menuClosedLeavesNoStaleHover_data()
 {

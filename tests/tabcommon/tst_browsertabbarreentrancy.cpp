@@ -7,6 +7,7 @@
 
 #include "bothbars.h"
 #include "keltabtest.h"
+#include "shownmenu.h"
 #include "steps.h"
 
 #include "dpitool.h"
@@ -192,20 +193,8 @@ void TstBrowserTabBarReentrancy::Answer(::Answer answer, int signalled)
     }
 }
 
-static QMenu *ShownMenu()
-{
-    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-    return menu && menu->isVisible() ? menu : nullptr;
-}
-
-static QAction *ActionNamed(QMenu *menu, const QString &text)
-{
-    for (QAction *action : menu->actions()) {
-        if (action->text() == text)
-            return action;
-    }
-    return nullptr;
-}
+using KelTest::ActionNamed;
+using KelTest::ShownMenu;
 
 // Tab 2 of five is current; each trigger acts on it (the click on tab 3).
 void TstBrowserTabBarReentrancy::Fire(Trigger trigger, const QString &command)
