@@ -65,6 +65,16 @@ inline void ForEachBar(const std::function<void(const char *prefix, Kind kind)> 
     addRows("scrolling: ", Kind::Scrolling);
 }
 
+/**
+ * The whole _data() of a test that runs once on each bar and needs nothing else: a
+ * column "bar" and one row per bar, named "classic: @p name" and "scrolling: @p name".
+ */
+inline void AddRowPerBar(const char *name)
+{
+    QTest::addColumn<Kind>("bar");
+    ForEachBar([name](const char *prefix, Kind kind) { QTest::addRow("%s%s", prefix, name) << kind; });
+}
+
 } // namespace BothBars
 
 Q_DECLARE_METATYPE(BothBars::Kind)

@@ -172,8 +172,7 @@ std::unique_ptr<BrowserTabBarBase> TstBrowserTabBarAccessibility::MakeBar(Kind k
 
 void TstBrowserTabBarAccessibility::barIsAPageTabListOfItsTabsInOrder_data()
 {
-    QTest::addColumn<Kind>("bar");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%sfive tabs", prefix) << kind; });
+    BothBars::AddRowPerBar("five tabs");
 }
 
 // The tabs are the list's direct children, in display order, and know it as their
@@ -233,8 +232,7 @@ void TstBrowserTabBarAccessibility::qtabbarIsAPageTabListOfItsTabsInOrder()
 
 void TstBrowserTabBarAccessibility::namesAreFullTitles_data()
 {
-    QTest::addColumn<Kind>("bar");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%snarrow tabs", prefix) << kind; });
+    BothBars::AddRowPerBar("narrow tabs");
 }
 
 // The label cuts or elides a long title; the name is the whole of it.
@@ -281,8 +279,7 @@ void TstBrowserTabBarAccessibility::onlyTheCurrentTabIsSelected()
 
 void TstBrowserTabBarAccessibility::pressActionMakesTheTabCurrent_data()
 {
-    QTest::addColumn<Kind>("bar");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%spress", prefix) << kind; });
+    BothBars::AddRowPerBar("press");
 }
 
 void TstBrowserTabBarAccessibility::pressActionMakesTheTabCurrent()
@@ -306,8 +303,7 @@ void TstBrowserTabBarAccessibility::pressActionMakesTheTabCurrent()
 
 void TstBrowserTabBarAccessibility::rectIsTheTabOnScreen_data()
 {
-    QTest::addColumn<Kind>("bar");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%srects", prefix) << kind; });
+    BothBars::AddRowPerBar("rects");
 }
 
 void TstBrowserTabBarAccessibility::rectIsTheTabOnScreen()
@@ -328,8 +324,7 @@ void TstBrowserTabBarAccessibility::rectIsTheTabOnScreen()
 
 void TstBrowserTabBarAccessibility::closeButtonIsANamedButtonThatCloses_data()
 {
-    QTest::addColumn<Kind>("bar");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%sclose", prefix) << kind; });
+    BothBars::AddRowPerBar("close");
 }
 
 void TstBrowserTabBarAccessibility::closeButtonIsANamedButtonThatCloses()

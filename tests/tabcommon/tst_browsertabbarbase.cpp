@@ -175,8 +175,7 @@ void TstBrowserTabBarBase::insertTabPlacesAnyIndexInRange()
 
 void TstBrowserTabBarBase::lookupsOutOfRangeAnswerEmpty_data()
 {
-    QTest::addColumn<Kind>("bar");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%sthree tabs", prefix) << kind; });
+    BothBars::AddRowPerBar("three tabs");
 }
 
 void TstBrowserTabBarBase::lookupsOutOfRangeAnswerEmpty()

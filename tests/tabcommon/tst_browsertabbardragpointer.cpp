@@ -93,8 +93,7 @@ QList<bool> TstBrowserTabBarDragPointer::Pressed() const
 
 void TstBrowserTabBarDragPointer::escapeDuringDragPutsTheTabBack_data()
 {
-    QTest::addColumn<Kind>("bar");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%stab 1 over tab 3", prefix) << kind; });
+    BothBars::AddRowPerBar("tab 1 over tab 3");
 }
 
 // Escape while a tab is dragged puts it back where it was and ends the drag; the

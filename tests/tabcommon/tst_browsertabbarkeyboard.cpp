@@ -141,8 +141,7 @@ int TstBrowserTabBarKeyboard::FocusedTab() const
 
 void TstBrowserTabBarKeyboard::tabKeyFocusesTheBarAndShowsARing_data()
 {
-    QTest::addColumn<Kind>("bar");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%stab", prefix) << kind; });
+    BothBars::AddRowPerBar("tab");
 }
 
 void TstBrowserTabBarKeyboard::tabKeyFocusesTheBarAndShowsARing()
@@ -324,8 +323,7 @@ void TstBrowserTabBarKeyboard::removingTheFocusedTabFocusesItsNeighbour()
 
 void TstBrowserTabBarKeyboard::keysAreLeftAloneWithoutFocus_data()
 {
-    QTest::addColumn<Kind>("bar");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%sedit focused", prefix) << kind; });
+    BothBars::AddRowPerBar("edit focused");
 }
 
 void TstBrowserTabBarKeyboard::keysAreLeftAloneWithoutFocus()

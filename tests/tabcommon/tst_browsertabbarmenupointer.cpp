@@ -195,8 +195,7 @@ void TstBrowserTabBarMenuPointer::menuClosedLeavesNoStaleHover()
 
 void TstBrowserTabBarMenuPointer::rightClickOnAnotherTabOpensItsMenu_data()
 {
-    QTest::addColumn<Kind>("bar");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%stab 1 then tab 3", prefix) << kind; });
+    BothBars::AddRowPerBar("tab 1 then tab 3");
 }
 
 // With tab 1's menu open, a right click on tab 3 closes that menu and opens tab 3's:
