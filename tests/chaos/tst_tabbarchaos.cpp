@@ -289,11 +289,14 @@ void TstTabBarChaos::randomRun()
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
     m_step = 0;
-    NewBar();
-
     for (m_step = 1; m_step <= steps; ++m_step) {
         g_warnings.clear();
         m_hostProblem.clear();
+        // The host may delete a new bar too, while the first tabs go in.
+        while (!m_bar) {
+            NewBar();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
         Step();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         if (!g_warnings.isEmpty())
@@ -304,7 +307,6 @@ void TstTabBarChaos::randomRun()
             Log(QStringLiteral("the bar is gone; a new one"));
             for (int i = 0; i < 3 && QApplication::activePopupWidget(); ++i)
                 QApplication::activePopupWidget()->close();
-            NewBar();
             continue;
         }
         const QString problem = Check();
