@@ -27,6 +27,11 @@ out=$(mktemp -d "${TMPDIR:-/tmp}/chaos-soak.XXXXXX")
 # As ctest runs it (tests/CMakeLists.txt, keltab_add_test with XVFB).
 export QT_QPA_PLATFORM=xcb QT_XCB_GL_INTEGRATION=none QT_LOGGING_RULES='qt.qpa.*=false'
 export KELTAB_CHAOS_STEPS=$steps test out
+# For a sanitizer build (KELTAB_SANITIZE=ON), as the test command runs it; a normal
+# build ignores them.
+export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:halt_on_error=1:detect_stack_use_after_return=1:fast_unwind_on_malloc=0}
+export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$(pwd)/tests/sanitizers/lsan.supp:print_suppressions=0}
+export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 
 run_seed() {
     local seed=$1
