@@ -29,8 +29,12 @@ int Target(int count, int dragged, int firstIndex, int left, int right, int stri
         return -1;
     if (left <= 0)
         return firstIndex >= dragged ? -1 : firstIndex;
+    // A tab may lie below firstIndex (a scrolling tab left of the first movable index);
+    // dragged, it may only land at firstIndex or beyond, and neighbours below
+    // firstIndex are never compared with it.
+    const int first = qMax(firstIndex, 0);
     if (right >= stripWidth)
-        return dragged == count - 1 ? -1 : count - 1;
+        return dragged == count - 1 || count - 1 < first ? -1 : count - 1;
 
     for (int j = qMax(firstIndex, 0); j < dragged; ++j) {
         const auto s = span(j);
@@ -44,7 +48,7 @@ int Target(int count, int dragged, int firstIndex, int left, int right, int stri
             return (target == dragged || target == 0) ? -1 : target;
         }
     }
-    for (int j = dragged + 1; j < count; ++j) {
+    for (int j = qMax(dragged + 1, first); j < count; ++j) {
         const auto s = span(j);
         const int x = s.first;
         const int w = s.second;
@@ -53,7 +57,7 @@ int Target(int count, int dragged, int firstIndex, int left, int right, int stri
             if (right < x + (2 * w) / 3)
                 --target;
             target = qMax(target, 0);
-            return (target == dragged || target == 0) ? -1 : target;
+            return (target == dragged || target == 0 || target < first) ? -1 : target;
         }
     }
     return -1;

@@ -65,6 +65,7 @@ private Q_SLOTS:
     void targetZeroOnlyFromTheStart();
     void veryStartGoesToFirstIndex();
     void veryEndGoesToLast();
+    void tabBelowFirstIndexNeverLandsBelowIt();
     void followsPointerClampedToViewport();
     void floatsInViewportAndDropsIntoSlot();
     void pressWithoutMotionStaysInStrip();
@@ -332,6 +333,29 @@ void TstBrowserTabBarExDrag::veryEndGoesToLast()
     QCOMPARE(m_bar->GetIndexByTabData(dragged), 4);
     Release();
     QCOMPARE(m_bar->GetAllTabTitles(), QStringList({"Home", "Tab 2", "Tab 3", "Tab 4", "Tab 1"}));
+}
+
+// A scrolling tab left of the first index may be dragged; it lands at the first index
+// or beyond, never on a neighbour below it, nor at the end when the end lies below it.
+void TstBrowserTabBarExDrag::tabBelowFirstIndexNeverLandsBelowIt()
+{
+    MakeBar(1.0, 600, 4);
+    m_bar->SetFirstIndex(3);
+    const TabDataPtr dragged = m_bar->GetTabData(1);
+    Press(1);
+    MoveLeftEdgeTo(110); // the right edge covers two thirds of tab 2, below the first index
+    QCOMPARE(m_bar->GetIndexByTabData(dragged), 1);
+    MoveLeftEdgeTo(260); // two thirds of tab 3, the first index
+    QCOMPARE(m_bar->GetIndexByTabData(dragged), 3);
+    Release();
+    QCOMPARE(m_bar->GetAllTabTitles(), QStringList({"Home", "Tab 2", "Tab 3", "Tab 1", "Tab 4"}));
+
+    m_bar->SetFirstIndex(5);
+    Press(1);
+    MoveLeftEdgeTo(600); // the very end, index 4, lies below the first index
+    QCOMPARE(m_bar->GetIndexByTabData(m_bar->GetTabData(1)), 1);
+    Release();
+    QCOMPARE(m_bar->GetAllTabTitles(), QStringList({"Home", "Tab 2", "Tab 3", "Tab 1", "Tab 4"}));
 }
 
 void TstBrowserTabBarExDrag::followsPointerClampedToViewport()

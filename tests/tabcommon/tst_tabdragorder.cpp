@@ -109,6 +109,15 @@ void TstTabDragOrder::target_data()
     QTest::newRow("edges in gaps: no change")
         << gapXs << gapWs << 2 << 0 << 110 << 400 << -1;
 
+    // A tab below firstIndex (a scrolling bar lets one be dragged) never lands below it,
+    // neither past a neighbour below firstIndex nor by the drag-to-end rule.
+    QTest::newRow("below firstIndex: covering a neighbour below it keeps its place")
+        << xs << ws << 0 << 2 << 110 << 450 << -1;
+    QTest::newRow("below firstIndex: covering the tab at firstIndex takes it")
+        << xs << ws << 0 << 2 << 260 << 450 << 2;
+    QTest::newRow("below firstIndex: to the end with nothing at or past firstIndex keeps its place")
+        << xs << ws << 0 << 3 << 300 << 450 << -1;
+
     // Out of range.
     QTest::newRow("dragged -1") << xs << ws << -1 << 0 << 10 << 450 << -1;
     QTest::newRow("dragged past the end") << xs << ws << 3 << 0 << 10 << 450 << -1;
