@@ -281,8 +281,7 @@ void TstTabBarChaos::FollowRemovals()
 
 void TstTabBarChaos::randomRun_data()
 {
-    QTest::addColumn<Kind>("bar");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) { QTest::addRow("%sseeded run", prefix) << kind; });
+    BothBars::AddRowPerBar("seeded run");
 }
 
 void TstTabBarChaos::randomRun()
