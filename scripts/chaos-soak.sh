@@ -27,6 +27,8 @@ out=$(mktemp -d "${TMPDIR:-/tmp}/chaos-soak.XXXXXX")
 # As ctest runs it (tests/CMakeLists.txt, keltab_add_test with XVFB).
 export QT_QPA_PLATFORM=xcb QT_XCB_GL_INTEGRATION=none QT_LOGGING_RULES='qt.qpa.*=false'
 export KELTAB_CHAOS_STEPS=$steps test out
+# A long run of one bar takes longer than QtTest's five minutes per test function.
+export QTEST_FUNCTION_TIMEOUT=86400000
 # For a sanitizer build (KELTAB_SANITIZE=ON), as the test command runs it; a normal
 # build ignores them.
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:halt_on_error=1:detect_stack_use_after_return=1:fast_unwind_on_malloc=0}
