@@ -7,8 +7,10 @@
 // warning; at the end, after the singletons were released and read back, the last
 // values set are the ones stored (nothing silently reverted).
 //
-// KELTAB_CHAOS_SEED and KELTAB_CHAOS_STEPS replay a run, as for the tab bars.
+// KELTAB_CHAOS_SEED and KELTAB_CHAOS_STEPS (chaosseed.h) choose the seed and the
+// length, as for the tab bars.
 
+#include "chaosseed.h"
 #include "gesturetestsupport.h"
 
 #include <KelTabContainer/browsergesturehandler.h>
@@ -143,10 +145,8 @@ void TstGestureChaos::Unlock()
 
 void TstGestureChaos::randomRun()
 {
-    const quint32 seed = qEnvironmentVariableIsSet("KELTAB_CHAOS_SEED") ? quint32(qEnvironmentVariableIntValue("KELTAB_CHAOS_SEED"))
-                                                                        : QRandomGenerator::global()->generate();
-    const int steps = qEnvironmentVariableIsSet("KELTAB_CHAOS_STEPS") ? qEnvironmentVariableIntValue("KELTAB_CHAOS_STEPS")
-                                                                       : kDefaultSteps;
+    const quint32 seed = KelTest::ChaosSeed();
+    const int steps = KelTest::ChaosSteps(kDefaultSteps);
     m_random.seed(seed);
     qInfo("gesture chaos: seed %u, %d steps", seed, steps);
 

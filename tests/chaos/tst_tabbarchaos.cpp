@@ -14,11 +14,12 @@
 // geometry), and no unexpected Qt warning may have been printed.
 //
 // The seed is printed at the start and in every failure, with the step and the last
-// operations; KELTAB_CHAOS_SEED=<n> replays a seed, KELTAB_CHAOS_STEPS=<n> sets the
-// run's length per bar. The menus, the drags and the timer waits run event loops, so a
+// operations; KELTAB_CHAOS_SEED and KELTAB_CHAOS_STEPS (chaosseed.h) choose the seed
+// and the run's length per bar. The menus, the drags and the timer waits run event loops, so a
 // replay follows the same operations but timers may land elsewhere between them.
 
 #include "bothbars.h"
+#include "chaosseed.h"
 #include "keltabtest.h"
 #include "steps.h"
 
@@ -201,10 +202,7 @@ private:
 
 void TstTabBarChaos::initTestCase()
 {
-    bool ok = false;
-    m_seed = qEnvironmentVariable("KELTAB_CHAOS_SEED").toUInt(&ok);
-    if (!ok)
-        m_seed = QRandomGenerator::global()->generate();
+    m_seed = KelTest::ChaosSeed();
     qInfo("chaos run with seed %u (replay with KELTAB_CHAOS_SEED=%u)", m_seed, m_seed);
     g_previousHandler = qInstallMessageHandler(RecordWarnings);
 }
@@ -288,9 +286,7 @@ void TstTabBarChaos::randomRun()
 {
     QFETCH(Kind, bar);
     m_kind = bar;
-    int steps = kDefaultSteps;
-    if (qEnvironmentVariableIntValue("KELTAB_CHAOS_STEPS") > 0)
-        steps = qEnvironmentVariableIntValue("KELTAB_CHAOS_STEPS");
+    const int steps = KelTest::ChaosSteps(kDefaultSteps);
     m_random.seed(m_seed + (bar == Kind::Classic ? 0 : 1));
     m_policy = Policy();
     m_history.clear();
@@ -721,17 +717,26 @@ void TstTabBarChaos::Drag()
     if (!button || !button->isVisible())
         return;
     const TabDataPtr dragged = m_tabs.at(index).tab;
-    const int firstIndex = m_bar->GetFirstIndex();
-    // The classic bar keeps the tabs before the first index in place; the scrolling bar
-    // keeps its fixed tabs (the first FixedTabCount(), and those made in the fixed area).
-    bool fixedTab = index < qMax(0, firstIndex);
-    if (m_kind == Kind::Scrolling)
-        fixedTab = button->parentWidget()->objectName() == QLatin1String("TabBarFixedAreaEx")
-                   || (!m_policy.flicker && index < m_policy.fixedCount);
     const QPoint press(button->width() / 2, button->height() / 2);
     Log(QStringLiteral("press tab %1").arg(index));
     QCursor::setPos(button->mapToGlobal(press));
     QTest::mousePress(button, Qt::LeftButton, {}, press);
+    if (!m_bar)
+        return;
+    // The bars decide whether the tab may move once the press has made it current, so
+    // after the host's answer to that (which may have moved the tab or the first index).
+    // The classic bar keeps the tabs before the first index in place; the scrolling bar
+    // keeps its fixed tabs (the first FixedTabCount(), and those made in the fixed area).
+    const int firstIndex = m_bar->GetFirstIndex();
+    int pressedIndex = -1;
+    for (int i = 0; i < m_bar->count() && pressedIndex < 0; ++i) {
+        if (m_bar->GetTabData(i) == dragged)
+            pressedIndex = i;
+    }
+    bool fixedTab = pressedIndex < qMax(0, firstIndex);
+    if (m_kind == Kind::Scrolling)
+        fixedTab = (button && button->parentWidget()->objectName() == QLatin1String("TabBarFixedAreaEx"))
+                   || (!m_policy.flicker && pressedIndex < m_policy.fixedCount);
     const int moves = Between(0, 4);
     for (int i = 0; i < moves && m_bar; ++i) {
         TabMoveProxy *proxy = ShownProxy();

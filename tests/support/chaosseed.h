@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// The seed and length of a chaos run. The suite replays a fixed seed, so that a run of
+// the test command judges the code and not the luck of the draw; scripts/chaos-soak.sh
+// explores new seeds and names any that fails.
+//
+//   KELTAB_CHAOS_SEED=<n>       replays seed n (0 to 4294967295)
+//   KELTAB_CHAOS_SEED=random    draws a new seed (printed with every failure)
+//   KELTAB_CHAOS_STEPS=<n>      sets the number of steps
+#pragma once
+
+#include <QRandomGenerator>
+#include <QString>
+#include <QtGlobal>
+
+namespace KelTest {
+
+constexpr quint32 kDefaultChaosSeed = 20261125u;
+
+inline quint32 ChaosSeed()
+{
+    const QString value = qEnvironmentVariable("KELTAB_CHAOS_SEED");
+    if (value == QLatin1String("random"))
+        return QRandomGenerator::global()->generate();
+    bool ok = false;
+    const quint32 seed = value.toUInt(&ok);
+    if (!value.isEmpty() && !ok)
+        qWarning("KELTAB_CHAOS_SEED=%s is neither a number nor \"random\": using %u", qPrintable(value), kDefaultChaosSeed);
+    return ok ? seed : kDefaultChaosSeed;
+}
+
+inline int ChaosSteps(int defaultSteps)
+{
+    bool ok = false;
+    const int steps = qEnvironmentVariableIntValue("KELTAB_CHAOS_STEPS", &ok);
+    return ok && steps > 0 ? steps : defaultSteps;
+}
+
+} // namespace KelTest
