@@ -6,10 +6,14 @@
 //   KELTAB_CHAOS_SEED=<n>       replays seed n (0 to 4294967295)
 //   KELTAB_CHAOS_SEED=random    draws a new seed (printed with every failure)
 //   KELTAB_CHAOS_STEPS=<n>      sets the number of steps
+//   KELTAB_CHAOS_KEEP=1-40,97   runs only these steps (scripts/chaos-cutdown.py finds
+//                               the few that a failure needs)
 #pragma once
 
 #include <QRandomGenerator>
+#include <QSet>
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
 
 namespace KelTest {
@@ -33,6 +37,28 @@ inline int ChaosSteps(int defaultSteps)
     bool ok = false;
     const int steps = qEnvironmentVariableIntValue("KELTAB_CHAOS_STEPS", &ok);
     return ok && steps > 0 ? steps : defaultSteps;
+}
+
+// The steps named by KELTAB_CHAOS_KEEP ("3,10-12"); empty when it is not set.
+inline QSet<int> ChaosKeptSteps()
+{
+    QSet<int> steps;
+    const QString value = qEnvironmentVariable("KELTAB_CHAOS_KEEP");
+    const QStringList ranges = value.split(QLatin1Char(','), Qt::SkipEmptyParts);
+    for (const QString &range : ranges) {
+        const QStringList ends = range.split(QLatin1Char('-'));
+        bool okFirst = false;
+        bool okLast = ends.size() == 1;
+        const int first = ends.first().toInt(&okFirst);
+        const int last = ends.size() == 2 ? ends.last().toInt(&okLast) : first;
+        if (!okFirst || !okLast || ends.size() > 2 || first < 1 || last < first) {
+            qWarning("KELTAB_CHAOS_KEEP: \"%s\" is not a step or a range of steps", qPrintable(range));
+            continue;
+        }
+        for (int step = first; step <= last; ++step)
+            steps.insert(step);
+    }
+    return steps;
 }
 
 } // namespace KelTest
