@@ -78,7 +78,7 @@ void BrowserTabBarPrivate::InitContent()
     newTabButton->setObjectName(QStringLiteral("TabBarNewTabButton"));
     newTabButton->setFocusPolicy(Qt::NoFocus);
     newTabButton->setCursor(Qt::PointingHandCursor);
-    newTabButton->setToolTip(BrowserTabBar::tr("New tab"));
+    SetTranslatedToolTip(newTabButton, "BrowserTabBar", QT_TRANSLATE_NOOP("BrowserTabBar", "New tab"));
     // A fixed size: the layout adds the button's width into its sums, so it must not
     // change when the style sheet is applied or the button is first shown.
     newTabButton->setFixedSize(S(kNewTabButtonSize), S(kNewTabButtonSize));
@@ -443,10 +443,10 @@ void BrowserTabBarPrivate::SortButtons()
 void BrowserTabBarPrivate::BuildMenu(KelMenu *menu)
 {
     Q_Q(BrowserTabBar);
-    auto *closeCur = new QAction(BrowserTabBar::tr("Close tab"), q);
-    auto *closeOther = new QAction(BrowserTabBar::tr("Close other tabs"), q);
-    auto *closeLeft = new QAction(BrowserTabBar::tr("Close left tabs"), q);
-    auto *closeRight = new QAction(BrowserTabBar::tr("Close right tabs"), q);
+    QAction *closeCur = NewTranslatedAction("BrowserTabBar", QT_TRANSLATE_NOOP("BrowserTabBar", "Close tab"));
+    QAction *closeOther = NewTranslatedAction("BrowserTabBar", QT_TRANSLATE_NOOP("BrowserTabBar", "Close other tabs"));
+    QAction *closeLeft = NewTranslatedAction("BrowserTabBar", QT_TRANSLATE_NOOP("BrowserTabBar", "Close left tabs"));
+    QAction *closeRight = NewTranslatedAction("BrowserTabBar", QT_TRANSLATE_NOOP("BrowserTabBar", "Close right tabs"));
     QObject::connect(closeCur, &QAction::triggered, q, &BrowserTabBar::SlotCloseCurTab);
     QObject::connect(closeOther, &QAction::triggered, q, &BrowserTabBar::SlotCloseOtherTab);
     QObject::connect(closeLeft, &QAction::triggered, q, &BrowserTabBar::SlotCloseLeftTab);

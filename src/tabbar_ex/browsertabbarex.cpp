@@ -979,19 +979,19 @@ void BrowserTabBarEx::SlotDelayTimeout()
 void BrowserTabBarExPrivate::BuildMenu(KelMenu *menu)
 {
     Q_Q(BrowserTabBarEx);
-    const auto makeAction = [q](const QString &text, void (BrowserTabBarEx::*slot)()) {
-        auto *action = new QAction(text, q);
+    const auto makeAction = [this, q](const char *source, void (BrowserTabBarEx::*slot)()) {
+        QAction *action = NewTranslatedAction("BrowserTabBarEx", source);
         QObject::connect(action, &QAction::triggered, q, slot);
         return action;
     };
-    refreshAction = makeAction(BrowserTabBarEx::tr("Refresh tab"), &BrowserTabBarEx::SlotRefreshTab);
-    addFavAction = makeAction(BrowserTabBarEx::tr("Add Fav"), &BrowserTabBarEx::SlotAddFav);
-    copyLinkAction = makeAction(BrowserTabBarEx::tr("Copy link"), &BrowserTabBarEx::SlotCopyLink);
-    openInBrowserAction = makeAction(BrowserTabBarEx::tr("Open in Browser"), &BrowserTabBarEx::SlotOpenInBrowser);
-    closeCurAction = makeAction(BrowserTabBarEx::tr("Close tab"), &BrowserTabBarEx::SlotCloseCurTab);
-    closeOtherAction = makeAction(BrowserTabBarEx::tr("Close other tabs"), &BrowserTabBarEx::SlotCloseOtherTab);
-    closeRightAction = makeAction(BrowserTabBarEx::tr("Close right tabs"), &BrowserTabBarEx::SlotCloseRightTab);
-    closeLeftAction = makeAction(BrowserTabBarEx::tr("Close left tabs"), &BrowserTabBarEx::SlotCloseLeftTab);
+    refreshAction = makeAction(QT_TRANSLATE_NOOP("BrowserTabBarEx", "Refresh tab"), &BrowserTabBarEx::SlotRefreshTab);
+    addFavAction = makeAction(QT_TRANSLATE_NOOP("BrowserTabBarEx", "Add Fav"), &BrowserTabBarEx::SlotAddFav);
+    copyLinkAction = makeAction(QT_TRANSLATE_NOOP("BrowserTabBarEx", "Copy link"), &BrowserTabBarEx::SlotCopyLink);
+    openInBrowserAction = makeAction(QT_TRANSLATE_NOOP("BrowserTabBarEx", "Open in Browser"), &BrowserTabBarEx::SlotOpenInBrowser);
+    closeCurAction = makeAction(QT_TRANSLATE_NOOP("BrowserTabBarEx", "Close tab"), &BrowserTabBarEx::SlotCloseCurTab);
+    closeOtherAction = makeAction(QT_TRANSLATE_NOOP("BrowserTabBarEx", "Close other tabs"), &BrowserTabBarEx::SlotCloseOtherTab);
+    closeRightAction = makeAction(QT_TRANSLATE_NOOP("BrowserTabBarEx", "Close right tabs"), &BrowserTabBarEx::SlotCloseRightTab);
+    closeLeftAction = makeAction(QT_TRANSLATE_NOOP("BrowserTabBarEx", "Close left tabs"), &BrowserTabBarEx::SlotCloseLeftTab);
 
     menu->addAction(refreshAction);
     menu->addAction(addFavAction);

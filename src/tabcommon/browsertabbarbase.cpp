@@ -110,6 +110,31 @@ void BrowserTabBarBasePrivate::EndClosingMode()
     Relayout();
 }
 
+QAction *BrowserTabBarBasePrivate::NewTranslatedAction(const char *context, const char *source)
+{
+    Q_Q(BrowserTabBarBase);
+    auto *action = new QAction(QCoreApplication::translate(context, source), q);
+    translatedTexts.push_back({action, context, source});
+    return action;
+}
+
+void BrowserTabBarBasePrivate::SetTranslatedToolTip(QWidget *widget, const char *context, const char *source)
+{
+    widget->setToolTip(QCoreApplication::translate(context, source));
+    translatedTexts.push_back({widget, context, source});
+}
+
+void BrowserTabBarBasePrivate::Retranslate()
+{
+    for (const TranslatedText &text : translatedTexts) {
+        const QString translated = QCoreApplication::translate(text.context, text.source);
+        if (auto *action = qobject_cast<QAction *>(text.object.data()))
+            action->setText(translated);
+        else if (auto *widget = qobject_cast<QWidget *>(text.object.data()))
+            widget->setToolTip(translated);
+    }
+}
+
 void BrowserTabBarBasePrivate::MoveEntry(int from, int to)
 {
     BrowserTabButtonBase *current = ButtonAt(currentIndex);
@@ -430,7 +455,7 @@ void BrowserTabBarBase::InitMenu()
                 *taken = d->OpenMenuNext(widget, globalPos);
             });
     if (IsShowRecoveryItem()) {
-        auto *recover = new QAction(tr("Recover recently closed tabs"), this);
+        QAction *recover = d->NewTranslatedAction("BrowserTabBarBase", QT_TRANSLATE_NOOP("BrowserTabBarBase", "Recover recently closed tabs"));
         connect(recover, &QAction::triggered, this, &BrowserTabBarBase::SlotRecoverRecentlyTab);
         d->menu->addSeparator();
         d->menu->addAction(recover);
@@ -882,6 +907,8 @@ bool BrowserTabBarBase::event(QEvent *event)
         event->accept();
         return true;
     }
+    if (event->type() == QEvent::LanguageChange)
+        d->Retranslate();
     return QFrame::event(event);
 }
 

@@ -15,6 +15,7 @@
 class QKeyEvent;
 
 #include <memory>
+#include <vector>
 
 class BrowserTabButtonBase;
 class ITabManager;
@@ -139,6 +140,22 @@ public:
     void CancelDrag();
     /** Moves the list entry @p from to @p to; the current tab stays the same tab. */
     void MoveEntry(int from, int to);
+
+    // Texts that follow the application's language: the bar sets them again from their
+    // source texts at each LanguageChange, as Qt's own widgets do.
+    struct TranslatedText
+    {
+        QPointer<QObject> object; // a QAction (its text) or a QWidget (its tool tip)
+        const char *context;
+        const char *source;
+    };
+    std::vector<TranslatedText> translatedTexts;
+    /** A menu entry of the bar whose text is @p source translated in @p context. */
+    QAction *NewTranslatedAction(const char *context, const char *source);
+    /** Gives @p widget the tool tip @p source translated in @p context. */
+    void SetTranslatedToolTip(QWidget *widget, const char *context, const char *source);
+    /** Translates every text of translatedTexts again. */
+    void Retranslate();
     /**
      * Brings hover and Qt's record of what is under the pointer up to date; while a
      * button is held or a popup open, tries again every 25 ms, @p attempts times.

@@ -87,6 +87,21 @@ QList<Message> ReadCatalogue(const QString &path, QString *error)
     return messages;
 }
 
+// A bar whose menu ends with the recovery entry.
+template <class Bar>
+class RecoveryBar : public Bar
+{
+protected:
+    bool IsShowRecoveryItem() override { return true; }
+};
+
+BrowserTabBarBase *MakeWithRecovery(Kind kind)
+{
+    if (kind == Kind::Classic)
+        return new RecoveryBar<BrowserTabBar>;
+    return new RecoveryBar<BrowserTabBarEx>;
+}
+
 QStringList MenuTexts(BrowserTabBarBase &bar)
 {
     QStringList texts;
@@ -114,6 +129,8 @@ private Q_SLOTS:
     void installLoadsTheLocalesCatalogue();
     void unknownLanguageKeepsEnglish();
     void englishNeedsNoCatalogue();
+    void barsFollowALanguageChange_data();
+    void barsFollowALanguageChange();
     void hostTranslatorInstalledLaterWins();
     void switchingLanguageSendsLanguageChange();
     void removeGoesBackToEnglish();
@@ -190,6 +207,51 @@ void TstKelTabTranslations::englishNeedsNoCatalogue()
 {
     QVERIFY(KelTabTranslations::Install(QLocale(QLocale::English, QLocale::UnitedKingdom)));
     QCOMPARE(Text("BrowserTabBarEx", "Close tab"), QStringLiteral("Close tab"));
+    // English after another language takes that language's catalogue away.
+    QVERIFY(KelTabTranslations::Install(QLocale(QStringLiteral("de"))));
+    QCOMPARE(Text("BrowserTabBarEx", "Close tab"), QStringLiteral("Tab schließen"));
+    QVERIFY(KelTabTranslations::Install(QLocale(QLocale::English, QLocale::UnitedStates)));
+    QCOMPARE(Text("BrowserTabBarEx", "Close tab"), QStringLiteral("Close tab"));
+}
+
+void TstKelTabTranslations::barsFollowALanguageChange_data()
+{
+    BothBars::AddRowPerBar("language change");
+}
+
+// A bar made before the language changed shows the same texts as one made after:
+// every menu entry (the recovery entry too) and the tool tips.
+void TstKelTabTranslations::barsFollowALanguageChange()
+{
+    QFETCH(Kind, bar);
+    const auto toolTips = [](const BrowserTabBarBase &bar) {
+        QStringList tips;
+        const QList<QWidget *> widgets = bar.findChildren<QWidget *>();
+        for (const QWidget *widget : widgets) {
+            if (!widget->toolTip().isEmpty())
+                tips << widget->objectName() + QLatin1Char('=') + widget->toolTip();
+        }
+        tips.sort();
+        return tips;
+    };
+    std::unique_ptr<BrowserTabBarBase> early(MakeWithRecovery(bar));
+    early->InitMenu();
+    const QStringList english = MenuTexts(*early);
+    QVERIFY(english.contains(QStringLiteral("Close tab")));
+    QVERIFY(english.contains(QStringLiteral("Recover recently closed tabs")));
+
+    QVERIFY(KelTabTranslations::Install(QLocale(QStringLiteral("de"))));
+    std::unique_ptr<BrowserTabBarBase> late(MakeWithRecovery(bar));
+    late->InitMenu();
+    QVERIFY(MenuTexts(*late).contains(QStringLiteral("Tab schließen")));
+    QTRY_COMPARE(MenuTexts(*early), MenuTexts(*late));
+    QCOMPARE(toolTips(*early), toolTips(*late));
+    if (bar == Kind::Classic)
+        QVERIFY(toolTips(*early).contains(QStringLiteral("TabBarNewTabButton=") + Text("BrowserTabBar", "New tab")));
+
+    KelTabTranslations::Remove();
+    QTRY_COMPARE(MenuTexts(*early), english);
+    QTRY_COMPARE(MenuTexts(*late), english);
 }
 
 void TstKelTabTranslations::hostTranslatorInstalledLaterWins()
