@@ -19,13 +19,25 @@ function(keltab_configure_target target)
     endif()
 endfunction()
 
-# keltab_add_translations(target PREFIX prefix [QM_FILES var] TS file.ts...)
+# keltab_add_translations(target PREFIX prefix [QM_FILES var]
+#                         [UPDATE_TARGET name SOURCE_DIR dir [TEMPLATE file.ts]]
+#                         TS file.ts...)
 # Compiles the catalogues with lrelease at build time and embeds the .qm files in
 # target under the resource folder PREFIX; QM_FILES receives their paths, for
 # installation. Without Qt's Linguist tools it says so and leaves target English.
+# UPDATE_TARGET adds a target that brings the catalogues (and the untranslated
+# TEMPLATE, which is not compiled) in step with the texts of the sources in
+# SOURCE_DIR; run it after changing a text.
 function(keltab_add_translations target)
-    cmake_parse_arguments(ARG "" "PREFIX;QM_FILES" "TS" ${ARGN})
+    cmake_parse_arguments(ARG "" "PREFIX;QM_FILES;UPDATE_TARGET;SOURCE_DIR;TEMPLATE" "TS" ${ARGN})
     find_package(${KELTAB_QT} ${KELTAB_QT_MIN_VERSION} QUIET COMPONENTS LinguistTools)
+    if(ARG_UPDATE_TARGET AND TARGET ${KELTAB_QT}::lupdate)
+        add_custom_target(${ARG_UPDATE_TARGET}
+            COMMAND ${KELTAB_QT}::lupdate -no-obsolete -locations none "${ARG_SOURCE_DIR}"
+                    -ts ${ARG_TEMPLATE} ${ARG_TS}
+            WORKING_DIRECTORY "${ARG_SOURCE_DIR}"
+            VERBATIM)
+    endif()
     set(qm_files)
     if(NOT TARGET ${KELTAB_QT}::lrelease)
         message(STATUS "Qt's Linguist tools not found: ${target} is built without its translations")
