@@ -77,6 +77,11 @@ public:
     }
     bool ScrollTowards(int index) override
     {
+        // The arrows show only while the tabs overflow the strip: without them there is
+        // nothing to scroll, and the ticks would time an idle event loop.
+        const auto *arrow = m_bar->findChild<QWidget *>(QStringLiteral("TabButtonRightArrowEx"));
+        if (!arrow || !arrow->isVisible())
+            return false;
         static_cast<BrowserTabBarEx *>(m_bar)->showIndex(index);
         return true;
     }
