@@ -32,11 +32,6 @@ using GestureTest::Sandbox;
 
 namespace {
 
-#ifdef KELTAB_CHAOS_SANITIZED
-constexpr int kDefaultSteps = 800;
-#else
-constexpr int kDefaultSteps = 2000;
-#endif
 // While another program holds the database every read and write of the store waits
 // for it (a bounded wait of a few hundred milliseconds): the lock comes seldom and
 // goes after a few steps, as a backup tool's would.
@@ -174,7 +169,7 @@ void TstGestureChaos::Unlock()
 void TstGestureChaos::randomRun()
 {
     const quint32 seed = KelTest::ChaosSeed();
-    const int steps = KelTest::ChaosSteps(kDefaultSteps);
+    const int steps = KelTest::ChaosSteps(2000, 800);
     m_random.seed(seed);
     qInfo("gesture chaos: seed %u, %d steps", seed, steps);
 

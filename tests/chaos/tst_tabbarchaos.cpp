@@ -39,13 +39,6 @@ using BothBars::Kind;
 
 namespace {
 
-// The suite's slice per bar: about 20 s in a release build, 30 s under the sanitizers
-// (where every step costs two to three times more), on a lightly loaded machine.
-#ifdef KELTAB_CHAOS_SANITIZED
-constexpr int kDefaultSteps = 1500;
-#else
-constexpr int kDefaultSteps = 3000;
-#endif
 constexpr int kMaxTabs = 30;
 constexpr int kHistory = 20;
 
@@ -186,6 +179,8 @@ private:
     void DoSetCurrent(int index);
 
     void Step();
+    /** A tab chosen at random, its button if shown (else null) and its index in @p index. */
+    BrowserTabButtonBase *RandomShownTab(int *index);
     void ClickTab(bool twice);
     void ClickCloseButton();
     void ClickNamed(const QString &name);
@@ -290,7 +285,9 @@ void TstTabBarChaos::randomRun()
 {
     QFETCH(Kind, bar);
     m_kind = bar;
-    const int steps = KelTest::ChaosSteps(kDefaultSteps);
+    // The suite's slice per bar: about 20 s in a release build, 30 s under the
+    // sanitizers, on a lightly loaded machine.
+    const int steps = KelTest::ChaosSteps(3000, 1500);
     m_policy = Policy();
     m_history.clear();
     m_barsMade = 0;
@@ -663,13 +660,20 @@ void TstTabBarChaos::Wheel()
     QCoreApplication::sendEvent(m_bar, &wheel);
 }
 
-void TstTabBarChaos::ClickTab(bool twice)
+BrowserTabButtonBase *TstTabBarChaos::RandomShownTab(int *index)
 {
     if (m_tabs.isEmpty())
-        return;
-    const int index = Random(m_tabs.size());
-    const QPointer<BrowserTabButtonBase> button = m_bar->TabButton(index);
-    if (!button || !button->isVisible())
+        return nullptr;
+    *index = Random(m_tabs.size());
+    BrowserTabButtonBase *button = m_bar->TabButton(*index);
+    return button && button->isVisible() ? button : nullptr;
+}
+
+void TstTabBarChaos::ClickTab(bool twice)
+{
+    int index = -1;
+    const QPointer<BrowserTabButtonBase> button = RandomShownTab(&index);
+    if (!button)
         return;
     const QPoint at(Random(qMax(1, button->width())), Random(qMax(1, button->height())));
     Log(QStringLiteral("%1 on tab %2").arg(twice ? QStringLiteral("double click") : QStringLiteral("click")).arg(index));
@@ -719,11 +723,9 @@ void TstTabBarChaos::ClickNamed(const QString &name)
 
 void TstTabBarChaos::Drag()
 {
-    if (m_tabs.isEmpty())
-        return;
-    const int index = Random(m_tabs.size());
-    const QPointer<BrowserTabButtonBase> button = m_bar->TabButton(index);
-    if (!button || !button->isVisible())
+    int index = -1;
+    const QPointer<BrowserTabButtonBase> button = RandomShownTab(&index);
+    if (!button)
         return;
     const TabDataPtr dragged = m_tabs.at(index).tab;
     const QPoint press(button->width() / 2, button->height() / 2);
@@ -809,11 +811,9 @@ void TstTabBarChaos::AdoptDragOrder(const TabDataPtr &dragged, bool fixedTab, in
 
 void TstTabBarChaos::Menu()
 {
-    if (m_tabs.isEmpty())
-        return;
-    const int index = Random(m_tabs.size());
-    const QPointer<BrowserTabButtonBase> button = m_bar->TabButton(index);
-    if (!button || !button->isVisible())
+    int index = -1;
+    const QPointer<BrowserTabButtonBase> button = RandomShownTab(&index);
+    if (!button)
         return;
     // The menu runs its own loop: the choice is made from inside it, on the menu.
     const int choice = Random(100);
