@@ -274,6 +274,26 @@ inline Answer AnswerAt(const QSignalSpy &spy, int index)
     return {arguments.at(0).toBool(), arguments.at(1).toString(), arguments.at(2).toString()};
 }
 
+/**
+ * Requests @p url from @p cache (@p reload: fetched again) and waits for its answer: exactly one, and never before
+ * RequestImage() has returned. Empty on success, else what went wrong.
+ */
+template <class Cache>
+QString RequestOnce(Cache *cache, const QString &url, Answer *answer, bool reload = false, int timeoutMs = 5000)
+{
+    QSignalSpy spy(cache, &Cache::SigRequestImageFinished);
+    cache->RequestImage(url, reload);
+    if (spy.count() != 0)
+        return QStringLiteral("answered before RequestImage() returned");
+    if (!QTest::qWaitFor([&spy] { return spy.count() > 0; }, timeoutMs))
+        return QStringLiteral("no answer within %1 ms").arg(timeoutMs);
+    QCoreApplication::processEvents(); // a second answer would come in the same turn
+    if (spy.count() != 1)
+        return QStringLiteral("%1 answers").arg(spy.count());
+    *answer = AnswerAt(spy, 0);
+    return QString();
+}
+
 inline QByteArray Contents(const QString &path)
 {
     QFile file(path);

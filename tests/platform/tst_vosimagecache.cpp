@@ -150,11 +150,8 @@ void TstVosImageCache::localFileResolvesToItself()
     }
     const QString url = asUrl ? QUrl::fromLocalFile(file).toString() : file;
 
-    QSignalSpy spy(Cache(), &VosImageCache::SigRequestImageFinished);
-    Cache()->RequestImage(url, false);
-    QCOMPARE(spy.count(), 0);
-    QTRY_COMPARE(spy.count(), 1);
-    const Answer answer = AnswerAt(spy, 0);
+    Answer answer;
+    QCOMPARE(RequestOnce(Cache(), url, &answer), QString());
     QCOMPARE(answer.success, true);
     QCOMPARE(answer.url, url);
     QCOMPARE(answer.localPath, file);
@@ -167,11 +164,8 @@ void TstVosImageCache::resourceIsWrittenOnce()
     const QByteArray original = Contents(resource);
     QVERIFY(!original.isEmpty());
 
-    QSignalSpy spy(Cache(), &VosImageCache::SigRequestImageFinished);
-    Cache()->RequestImage(resource, false);
-    QCOMPARE(spy.count(), 0);
-    QTRY_COMPARE(spy.count(), 1);
-    Answer answer = AnswerAt(spy, 0);
+    Answer answer;
+    QCOMPARE(RequestOnce(Cache(), resource, &answer), QString());
     QCOMPARE(answer.success, true);
     QCOMPARE(answer.url, resource);
     const QString copy = answer.localPath;
@@ -184,18 +178,12 @@ void TstVosImageCache::resourceIsWrittenOnce()
         QVERIFY(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
         out.write("marker");
     }
-    Cache()->RequestImage(resource, false);
-    QCOMPARE(spy.count(), 1);
-    QTRY_COMPARE(spy.count(), 2);
-    answer = AnswerAt(spy, 1);
+    QCOMPARE(RequestOnce(Cache(), resource, &answer), QString());
     QCOMPARE(answer.success, true);
     QCOMPARE(answer.localPath, copy);
     QCOMPARE(Contents(copy), QByteArray("marker"));
 
-    Cache()->RequestImage(resource, true);
-    QCOMPARE(spy.count(), 2);
-    QTRY_COMPARE(spy.count(), 3);
-    answer = AnswerAt(spy, 2);
+    QCOMPARE(RequestOnce(Cache(), resource, &answer, true), QString());
     QCOMPARE(answer.success, true);
     QCOMPARE(answer.localPath, copy);
     QCOMPARE(Contents(copy), original);
@@ -228,11 +216,8 @@ void TstVosImageCache::downloadsIconIntoCache()
     QFETCH(QByteArray, body);
     QFETCH(int, requests);
 
-    QSignalSpy spy(Cache(), &VosImageCache::SigRequestImageFinished);
-    Cache()->RequestImage(url, false);
-    QCOMPARE(spy.count(), 0);
-    QTRY_COMPARE(spy.count(), 1);
-    const Answer answer = AnswerAt(spy, 0);
+    Answer answer;
+    QCOMPARE(RequestOnce(Cache(), url, &answer), QString());
     QCOMPARE(answer.success, true);
     QCOMPARE(answer.url, url);
     QCOMPARE(m_server.Requests(), requests);
@@ -368,11 +353,8 @@ void TstVosImageCache::failedDownloadLeavesNothing()
     QFETCH(QString, url);
     QFETCH(int, requests);
 
-    QSignalSpy spy(Cache(), &VosImageCache::SigRequestImageFinished);
-    Cache()->RequestImage(url, false);
-    QCOMPARE(spy.count(), 0);
-    QTRY_COMPARE(spy.count(), 1);
-    const Answer answer = AnswerAt(spy, 0);
+    Answer answer;
+    QCOMPARE(RequestOnce(Cache(), url, &answer), QString());
     QCOMPARE(answer.success, false);
     QCOMPARE(answer.url, url);
     QCOMPARE(answer.localPath, QString());
@@ -380,9 +362,8 @@ void TstVosImageCache::failedDownloadLeavesNothing()
     QCOMPARE(CacheEntries(), QStringList());
 
     // Failures are not cached: asking again asks the server again.
-    Cache()->RequestImage(url, false);
-    QTRY_COMPARE(spy.count(), 2);
-    QCOMPARE(AnswerAt(spy, 1).success, false);
+    QCOMPARE(RequestOnce(Cache(), url, &answer), QString());
+    QCOMPARE(answer.success, false);
     QCOMPARE(m_server.Requests(), 2 * requests);
     QCOMPARE(CacheEntries(), QStringList());
 }
@@ -437,11 +418,8 @@ void TstVosImageCache::unsupportedAddressFails()
 {
     QFETCH(QString, url);
 
-    QSignalSpy spy(Cache(), &VosImageCache::SigRequestImageFinished);
-    Cache()->RequestImage(url, false);
-    QCOMPARE(spy.count(), 0);
-    QTRY_COMPARE(spy.count(), 1);
-    const Answer answer = AnswerAt(spy, 0);
+    Answer answer;
+    QCOMPARE(RequestOnce(Cache(), url, &answer), QString());
     QCOMPARE(answer.success, false);
     QCOMPARE(answer.url, url);
     QCOMPARE(answer.localPath, QString());
