@@ -61,13 +61,10 @@ private Q_SLOTS:
     void setCurrentIndexSameDoesNothing();
     void setCurrentIndexOutOfRange();
     void setCurrentIndexMinusOneUnchecksAll();
-    void removeCurrentActivatesRightNeighbour();
-    void removeCurrentAtRightEndActivatesLeft();
+    void removeTabAndTheCurrentTab_data();
+    void removeTabAndTheCurrentTab();
     void removeCurrentWithCloseLeft();
     void removeOnlyTabEmitsMinusOne();
-    void removeLeftOfCurrentKeepsCurrent();
-    void removeRightOfCurrent();
-    void removeOutOfRangeIsIgnored();
     void removedButtonIsHiddenAndDeletedLater();
     void removedButtonNoLongerReaches();
 
@@ -667,30 +664,53 @@ void TstBrowserTabBarEx::setCurrentIndexMinusOneUnchecksAll()
     QVERIFY(!bar->GetCurrentTabData());
 }
 
-void TstBrowserTabBarEx::removeCurrentActivatesRightNeighbour()
+
+
+void TstBrowserTabBarEx::removeTabAndTheCurrentTab_data()
 {
-    TestTabBarEx *bar = MakeFilledBar(4, 2);
-    TabDataPtr right = bar->GetTabData(3);
-    QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
-    bar->removeTab(2);
-    // Reported with the neighbour's index before the list shrinks.
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(changed.at(0).at(0).toInt(), 3);
-    QCOMPARE(bar->currentIndex(), 2);
-    QVERIFY(bar->GetCurrentTabData() == right);
-    QVERIFY(bar->TabButton(2)->IsChecked());
-    QCOMPARE(bar->count(), 4);
+    QTest::addColumn<int>("scrolling");
+    QTest::addColumn<int>("current");
+    QTest::addColumn<QList<int>>("removed");
+    QTest::addColumn<QList<int>>("heard");        // currentChanged, in order
+    QTest::addColumn<int>("currentAfter");
+    QTest::addColumn<int>("currentWasAt");        // where the current tab was before
+    QTest::addColumn<int>("countAfter");
+    // The neighbour is reported with its index before the list shrinks.
+    QTest::newRow("current: the right neighbour takes over") << 4 << 2 << QList<int>{2} << QList<int>{3} << 2 << 3 << 4;
+    QTest::newRow("current at the right end: the left one") << 3 << 3 << QList<int>{3} << QList<int>{2} << 2 << 2 << 3;
+    QTest::newRow("left of the current") << 4 << 3 << QList<int>{1} << QList<int>{} << 2 << 3 << 4;
+    QTest::newRow("right of the current") << 4 << 1 << QList<int>{3} << QList<int>{} << 1 << 1 << 4;
+    QTest::newRow("out of range") << 2 << 1 << QList<int>{-1, 3, 100} << QList<int>{} << 1 << 1 << 3;
 }
 
-void TstBrowserTabBarEx::removeCurrentAtRightEndActivatesLeft()
+void TstBrowserTabBarEx::removeTabAndTheCurrentTab()
 {
-    TestTabBarEx *bar = MakeFilledBar(3, 3);
+    QFETCH(int, scrolling);
+    QFETCH(int, current);
+    QFETCH(QList<int>, removed);
+    QFETCH(QList<int>, heard);
+    QFETCH(int, currentAfter);
+    QFETCH(int, currentWasAt);
+    QFETCH(int, countAfter);
+
+    TestTabBarEx *bar = MakeFilledBar(scrolling, current);
+    const TabDataPtr expectedCurrent = bar->GetTabData(currentWasAt);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
-    bar->removeTab(3);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(changed.at(0).at(0).toInt(), 2);
-    QCOMPARE(bar->currentIndex(), 2);
-    QVERIFY(bar->TabButton(2)->IsChecked());
+    for (int index : qAsConst(removed))
+        bar->removeTab(index);
+    QList<int> indexes;
+    for (const QList<QVariant> &arguments : qAsConst(changed))
+        indexes << arguments.at(0).toInt();
+    QCOMPARE(indexes, heard);
+    QCOMPARE(bar->count(), countAfter);
+    QCOMPARE(bar->currentIndex(), currentAfter);
+    QVERIFY(bar->GetCurrentTabData() == expectedCurrent);
+    for (int i = 0; i < bar->count(); ++i)
+        QCOMPARE(bar->TabButton(i)->IsChecked(), i == currentAfter);
+    // The remaining scrolling tabs close up from x = 0.
+    QCOMPARE(bar->TabButton(1)->x(), 0);
+    for (int i = 2; i < bar->count(); ++i)
+        QCOMPARE(bar->TabButton(i)->x(), bar->TabButton(i - 1)->x() + bar->TabButton(i - 1)->width());
 }
 
 void TstBrowserTabBarEx::removeCurrentWithCloseLeft()
@@ -726,40 +746,8 @@ void TstBrowserTabBarEx::removeOnlyTabEmitsMinusOne()
     QCOMPARE(bar->count(), 0);
 }
 
-void TstBrowserTabBarEx::removeLeftOfCurrentKeepsCurrent()
-{
-    TestTabBarEx *bar = MakeFilledBar(4, 3);
-    TabDataPtr current = bar->GetCurrentTabData();
-    QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
-    bar->removeTab(1);
-    QCOMPARE(changed.count(), 0);
-    QCOMPARE(bar->currentIndex(), 2);
-    QVERIFY(bar->GetCurrentTabData() == current);
-    QVERIFY(bar->TabButton(2)->IsChecked());
-    // The remaining tabs close up from x = 0.
-    QCOMPARE(bar->TabButton(1)->x(), 0);
-    QCOMPARE(bar->TabButton(2)->x(), bar->ButtonWidth());
-}
 
-void TstBrowserTabBarEx::removeRightOfCurrent()
-{
-    TestTabBarEx *bar = MakeFilledBar(4, 1);
-    QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
-    bar->removeTab(3);
-    QCOMPARE(changed.count(), 0);
-    QCOMPARE(bar->currentIndex(), 1);
-}
 
-void TstBrowserTabBarEx::removeOutOfRangeIsIgnored()
-{
-    TestTabBarEx *bar = MakeFilledBar(2, 1);
-    QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
-    bar->removeTab(-1);
-    bar->removeTab(3);
-    bar->removeTab(100);
-    QCOMPARE(bar->count(), 3);
-    QCOMPARE(changed.count(), 0);
-}
 
 void TstBrowserTabBarEx::removedButtonIsHiddenAndDeletedLater()
 {
