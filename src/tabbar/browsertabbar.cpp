@@ -11,6 +11,8 @@
 
 #include <QAction>
 #include <QFrame>
+#include <QSet>
+#include <QVector>
 
 namespace {
 
@@ -118,15 +120,60 @@ void BrowserTabBarPrivate::LayoutAfterRemoval()
         ResizeLastButtons();
 }
 
-void BrowserTabBarPrivate::CurrentTabChanged(int)
+void BrowserTabBarPrivate::CurrentTabChanged(int previous)
 {
-    // The current tab's overlapping edges lie on top of its neighbours'.
+    // The current tab's overlapping edges lie on top of its neighbours'; of the others,
+    // each tab lies on its right neighbour. Restacking a widget repaints it, so after
+    // an ordinary switch only the previous tab moves back into its place.
+    if (RestackAfterSwitch(previous))
+        return;
     for (int i = 0; i < buttons.size(); ++i) {
         if (i != currentIndex)
             buttons.at(i)->lower();
     }
     if (BrowserTabButtonBase *current = ButtonAt(currentIndex))
         current->raise();
+}
+
+bool BrowserTabBarPrivate::RestackAfterSwitch(int previous)
+{
+    BrowserTabButtonBase *old = ButtonAt(previous);
+    BrowserTabButtonBase *current = ButtonAt(currentIndex);
+    // The stack an ordinary switch leaves, bottom to top: the other tabs from the last
+    // to the first, the previous tab (raised when it became current), then the current
+    // one (raised by SetChecked). Anything else (a tab inserted, a drag) restacks all.
+    QVector<const QObject *> expected;
+    expected.reserve(buttons.size());
+    for (int i = buttons.size() - 1; i >= 0; --i) {
+        if (i != previous && i != currentIndex)
+            expected.append(buttons.at(i));
+    }
+    if (old)
+        expected.append(old);
+    if (current)
+        expected.append(current);
+    const QSet<const QObject *> inList(expected.cbegin(), expected.cend());
+    int next = 0;
+    for (const QObject *child : contentWidget->children()) {
+        // Buttons of removed tabs wait hidden for their deletion: not part of the order.
+        if (!inList.contains(child))
+            continue;
+        if (next >= expected.size() || child != expected.at(next))
+            return false;
+        ++next;
+    }
+    if (next != expected.size())
+        return false;
+    if (!old)
+        return true;
+    // Under the nearest tab to its left; with none, it stays on top of the others.
+    for (int left = previous - 1; left >= 0; --left) {
+        if (left != currentIndex) {
+            old->stackUnder(buttons.at(left));
+            break;
+        }
+    }
+    return true;
 }
 
 void BrowserTabBarPrivate::LayoutAfterMove()

@@ -36,6 +36,11 @@ public:
     void ResetButtons();
     void SetContentWidth();
     void SortButtons();
+    /**
+     * After a switch from @p previous that left the stack as a switch does, puts the
+     * previous tab back in its place and returns true; false for any other stack.
+     */
+    bool RestackAfterSwitch(int previous);
 
     BrowserTabButtonBase *CreateButton(const TabDataPtr &tab, const QString &iconPath, bool loading) override;
     void Relayout() override;

@@ -355,10 +355,11 @@ void BrowserTabBarExPrivate::ResizeButtons()
         TabGeometry::SetFixedSize(buttons.at(i), QSize(w, height));
         total += w;
     }
-    TabGeometry::SetFixedSize(contentStrip, QSize(total, q->height()));
-
     if (total > available)
         overflow = true;
+    // The strip is never narrower than the viewport (SetContentWidth() would widen it
+    // again): set at its final width at once, since each resize repaints every tab.
+    TabGeometry::SetFixedSize(contentStrip, QSize(qMax(total, ViewportWidth()), q->height()));
     ResetButtons();
 }
 
@@ -517,6 +518,16 @@ void BrowserTabBarExPrivate::UpdateButtonForms()
     }
 }
 
+int BrowserTabBarExPrivate::ViewportWidth()
+{
+    Q_Q(BrowserTabBarEx);
+    const int fixedTotal = q->FixedTabTotalWidth();
+    if (!overflow)
+        return q->width() - S(kRightMargin) - fixedTotal;
+    // Room for an arrow on either side, the left one's shadow falling on the tabs.
+    return q->width() - 2 * ArrowPartWidth() - S(kShadowWidth) - fixedTotal;
+}
+
 void BrowserTabBarExPrivate::SetContentWidth()
 {
     Q_Q(BrowserTabBarEx);
@@ -528,7 +539,7 @@ void BrowserTabBarExPrivate::SetContentWidth()
     TabGeometry::Move(fixedArea, QPoint(0, 0));
 
     if (!overflow) {
-        TabGeometry::SetFixedSize(viewport, QSize(w - S(kRightMargin) - fixedTotal, h));
+        TabGeometry::SetFixedSize(viewport, QSize(ViewportWidth(), h));
         TabGeometry::Move(viewport, QPoint(fixedTotal, 0));
         if (contentStrip->width() < viewport->width())
             TabGeometry::SetFixedWidth(contentStrip, viewport->width());
@@ -547,7 +558,7 @@ void BrowserTabBarExPrivate::SetContentWidth()
     const bool arrowsFit = w - fixedTotal >= 2 * arrowPart + shadow;
     // The viewport ends exactly where the right arrow frame begins; the left arrow
     // frame reaches a shadow's width into it, so that its shadow falls on the tabs.
-    TabGeometry::SetFixedSize(viewport, QSize(w - 2 * arrowPart - shadow - fixedTotal, h));
+    TabGeometry::SetFixedSize(viewport, QSize(ViewportWidth(), h));
     TabGeometry::Move(viewport, QPoint(arrowPart + fixedTotal, 0));
     if (contentStrip->width() < viewport->width())
         TabGeometry::SetFixedWidth(contentStrip, viewport->width());

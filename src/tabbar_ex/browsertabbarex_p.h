@@ -65,6 +65,8 @@ public:
     void ResetButtons();
     void PlaceScrollingButtons();
     void SetContentWidth();
+    /** The viewport's width, with the arrows while the tabs overflow, without them otherwise. */
+    int ViewportWidth();
     void ResetSeparator();
     void SetPressedSeparator();
     void UpdateButtonForms();

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void setCurrentIndexMinusOneUnchecksAll();
     void setCurrentIndexBeyondCountDoesNothing();
     void currentTabIsCheckedAndOnTop();
+    void eachSwitchLeavesTheTabsStackedInOrder();
     void pressingATabMakesItCurrent();
     void lookups();
     void getIndexByNameIsCaseSensitive();
@@ -155,6 +156,68 @@ void TstBrowserTabBar::currentTabIsCheckedAndOnTop()
     // Its overlapping edges lie above both neighbours.
     const QObjectList siblings = Content(bar.get())->children();
     QCOMPARE(siblings.last(), ButtonAt(bar.get(), 2));
+}
+
+// After every switch, whatever came before it (tabs inserted below the others, moved,
+// removed, dragged): the current tab on top, and each other tab on its right neighbour.
+void TstBrowserTabBar::eachSwitchLeavesTheTabsStackedInOrder()
+{
+    auto bar = MakeBar(800, 8);
+    const auto checkStack = [&bar]() -> QString {
+        QList<QObject *> expected;
+        for (int i = bar->count() - 1; i >= 0; --i) {
+            if (i != bar->currentIndex())
+                expected << ButtonAt(bar.get(), i);
+        }
+        if (bar->currentIndex() >= 0)
+            expected << ButtonAt(bar.get(), bar->currentIndex());
+        QList<QObject *> stack;
+        for (QObject *child : Content(bar.get())->children()) {
+            if (expected.contains(child))
+                stack << child;
+        }
+        return stack == expected ? QString() : QStringLiteral("out of order after switching to %1").arg(bar->currentIndex());
+    };
+    // Switches (a current index) and other changes (-2) in turn.
+    struct Step
+    {
+        std::function<void()> run;
+        int current;
+    };
+    const QList<Step> steps{
+        {[&] { bar->setCurrentIndex(2); }, 2},
+        {[&] { bar->setCurrentIndex(5); }, 5},
+        {[&] { bar->insertTab(3, MakeTab(QStringLiteral("inserted"))); }, -2},
+        {[&] { bar->setCurrentIndex(0); }, 0},
+        {[&] { bar->setCurrentIndex(1); }, 1},
+        {[&] { bar->moveTab(1, 6); }, -2},
+        {[&] { bar->setCurrentIndex(7); }, 7},
+        {[&] { bar->removeTab(4); }, -2},
+        {[&] { bar->setCurrentIndex(3); }, 3},
+        {[&] { bar->setCurrentIndex(-1); }, -1},
+        {[&] { bar->setCurrentIndex(4); }, 4},
+        {[&] { bar->addTab(MakeTab(QStringLiteral("added"))); }, -2},
+        {[&] { bar->setCurrentIndex(8); }, 8},
+        {[&] { bar->setCurrentIndex(0); }, 0},
+        {[&] { bar->setCurrentIndex(1); }, 1},
+    };
+    for (const Step &step : steps) {
+        step.run();
+        if (step.current == -2)
+            continue;
+        QCOMPARE(bar->currentIndex(), step.current);
+        const QString problem = checkStack();
+        QVERIFY2(problem.isEmpty(), qPrintable(problem));
+    }
+    // A drag raises the fixed tabs over the dragged one; the next switch restacks.
+    {
+        SlotDrag drag(bar.get(), 5);
+        drag.MoveLeftEdgeTo(ButtonAt(bar.get(), 2)->x());
+        drag.Release();
+    }
+    bar->setCurrentIndex(6);
+    const QString problem = checkStack();
+    QVERIFY2(problem.isEmpty(), qPrintable(problem));
 }
 
 void TstBrowserTabBar::pressingATabMakesItCurrent()

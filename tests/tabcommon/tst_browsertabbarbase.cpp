@@ -7,6 +7,8 @@
 
 #include "dpitool.h"
 
+#include <QSet>
+
 #include <functional>
 #include <memory>
 
@@ -34,6 +36,8 @@ private Q_SLOTS:
     void moveTabKeepsTheCurrentTab();
     void narrowBarsOverlapNothing_data();
     void narrowBarsOverlapNothing();
+    void switchingTabsRepaintsLittle_data();
+    void switchingTabsRepaintsLittle();
 
 private:
     std::unique_ptr<BrowserTabBarBase> MakeBar(Kind kind, int tabs);
@@ -300,3 +304,58 @@ void TstBrowserTabBarBase::narrowBarsOverlapNothing()
 
 KELTAB_TEST_MAIN(TstBrowserTabBarBase)
 #include "tst_browsertabbarbase.moc"
+
+void TstBrowserTabBarBase::switchingTabsRepaintsLittle_data()
+{
+    BothBars::AddRowPerBar("20 tabs");
+}
+
+// A switch repaints the two tabs and at most their neighbours (whose edges they
+// overlap or whose separators they hide), not the whole strip, and restyles nothing.
+void TstBrowserTabBarBase::switchingTabsRepaintsLittle()
+{
+    QFETCH(Kind, bar);
+    class PaintCounter : public QObject
+    {
+    public:
+        QSet<QObject *> painted;
+        int restyled = 0;
+        bool eventFilter(QObject *object, QEvent *event) override
+        {
+            if (qobject_cast<BrowserTabButtonBase *>(object)) {
+                if (event->type() == QEvent::Paint)
+                    painted.insert(object);
+                if (event->type() == QEvent::Polish || event->type() == QEvent::StyleChange)
+                    ++restyled;
+            }
+            return false;
+        }
+    } counter;
+    QWidget window;
+    // Wide enough for every tab: a switch to a tab out of sight scrolls, and repaints all.
+    window.resize(2600, 60);
+    std::unique_ptr<BrowserTabBarBase> strip(BothBars::Make(bar, &window));
+    strip->setGeometry(0, 0, 2600, 40);
+    BothBars::Fill(*strip, 20);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    for (const auto &[from, to] : {std::pair<int, int>{3, 9}, {9, 4}, {4, 0}, {0, 19}, {19, 18}}) {
+        strip->setCurrentIndex(from);
+        QTest::qWait(30);
+        counter.painted.clear();
+        counter.restyled = 0;
+        qApp->installEventFilter(&counter);
+        strip->setCurrentIndex(to);
+        QTest::qWait(30);
+        qApp->removeEventFilter(&counter);
+        QStringList unexpected;
+        for (int i = 0; i < strip->count(); ++i) {
+            const bool near = qAbs(i - from) <= 1 || qAbs(i - to) <= 1;
+            if (!near && counter.painted.contains(strip->TabButton(i)))
+                unexpected << QString::number(i);
+        }
+        QVERIFY2(unexpected.isEmpty(), qPrintable(QStringLiteral("%1 -> %2 repainted tabs %3").arg(from).arg(to).arg(unexpected.join(QLatin1Char(',')))));
+        QVERIFY(counter.painted.contains(strip->TabButton(to)));
+        QCOMPARE(counter.restyled, 0);
+    }
+}
