@@ -9,7 +9,8 @@
 #
 # Defaults: 20000 steps, 8 random seeds, 2 at a time, build/normal (built with
 # KELTAB_BUILD_TESTS=ON; the test is built here if it is missing). A seed of a report
-# replays with KELTAB_CHAOS_SEED=<seed> KELTAB_CHAOS_STEPS=<steps>.
+# replays with KELTAB_CHAOS_SEED=<seed> KELTAB_CHAOS_STEPS=<steps>, and
+# scripts/chaos-cutdown.py cuts a failing run down to the steps that matter.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -41,6 +42,14 @@ run_seed() {
         || grep -qE "QWARN|QCRITICAL|QFATAL|runtime error:|AddressSanitizer|LeakSanitizer" "$out/$seed.log"; then
         mv "$out/$seed.log" "$out/report-$seed.log"
         echo "seed $seed: report in $out/report-$seed.log" >&2
+        # An invariant's report names the bar and the step: the cut-down command.
+        local where
+        where=$(grep -oE "(classic|scrolling) bar, seed [0-9]+ .*step [0-9]+" "$out/report-$seed.log" | head -1 \
+            | sed -E 's/^(classic|scrolling) bar.* step ([0-9]+)$/\1 \2/') || true
+        if [ -n "$where" ]; then
+            set -- $where
+            echo "  cut it down: scripts/chaos-cutdown.py $seed $1 $2 $build" >&2
+        fi
     fi
 }
 export -f run_seed
