@@ -37,9 +37,9 @@ QPixmap *BrowserTabButtonBg::GetButtonBg(int width, bool checked, bool hovered)
         m_front.reset();
         m_back.reset();
         m_backHover.reset();
-        m_front = Build(FrontImage());
-        m_back = Build(BackImage());
-        m_backHover = Build(BackHoverImage());
+        m_front = Build(Front);
+        m_back = Build(Back);
+        m_backHover = Build(BackHover);
     }
     if (checked)
         return m_front.get();
@@ -48,17 +48,20 @@ QPixmap *BrowserTabButtonBg::GetButtonBg(int width, bool checked, bool hovered)
 
 void BrowserTabButtonBg::RebuildFront()
 {
-    m_front = Build(FrontImage());
+    Source(Front, true);
+    m_front = Build(Front);
 }
 
 void BrowserTabButtonBg::RebuildBack()
 {
-    m_back = Build(BackImage());
+    Source(Back, true);
+    m_back = Build(Back);
 }
 
 void BrowserTabButtonBg::RebuildBackHover()
 {
-    m_backHover = Build(BackHoverImage());
+    Source(BackHover, true);
+    m_backHover = Build(BackHover);
 }
 
 void BrowserTabButtonBg::Clear()
@@ -67,6 +70,8 @@ void BrowserTabButtonBg::Clear()
     m_front.reset();
     m_back.reset();
     m_backHover.reset();
+    for (auto &source : m_sources)
+        source.reset();
 }
 
 int BrowserTabButtonBg::Width() const
@@ -79,7 +84,17 @@ int BrowserTabButtonBg::BuildCount() const
     return m_buildCount;
 }
 
-std::unique_ptr<QPixmap> BrowserTabButtonBg::Build(const QString &image)
+const QPixmap &BrowserTabButtonBg::Source(Kind kind, bool reload)
+{
+    std::unique_ptr<QPixmap> &source = m_sources[kind];
+    if (!source || reload) {
+        const QString image = kind == Front ? FrontImage() : (kind == Back ? BackImage() : BackHoverImage());
+        source = std::make_unique<QPixmap>(image);
+    }
+    return *source;
+}
+
+std::unique_ptr<QPixmap> BrowserTabButtonBg::Build(Kind kind)
 {
     // Nothing to paint on: a null pixmap, which the button takes as "no background".
     if (m_width <= 0)
@@ -90,7 +105,7 @@ std::unique_ptr<QPixmap> BrowserTabButtonBg::Build(const QString &image)
     auto result = std::make_unique<QPixmap>(m_width, height);
     result->fill(Qt::transparent);
 
-    const QPixmap source(image);
+    const QPixmap &source = Source(kind);
     if (source.isNull())
         return result;
 

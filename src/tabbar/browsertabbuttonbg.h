@@ -45,14 +45,18 @@ public:
      */
     QPixmap *GetButtonBg(int width, bool checked, bool hovered);
 
-    /** Rebuilds the checked background at the cached width (for a host that swaps images at run time). */
+    /**
+     * Reads the checked background's image again and rebuilds the background at the
+     * cached width (for a host that swaps images at run time: the images are otherwise
+     * read once).
+     */
     void RebuildFront();
     /** Rebuilds the plain background at the cached width, like RebuildFront(). */
     void RebuildBack();
     /** Rebuilds the hovered background at the cached width, like RebuildFront(). */
     void RebuildBackHover();
 
-    /** Forgets every background, as at construction (the next request builds again). */
+    /** Forgets every background and image, as at construction (the next request reads and builds again). */
     void Clear();
 
     /** The width the backgrounds were built for; 0 when none are built. */
@@ -73,7 +77,15 @@ public:
     static QString BackHoverImage();
 
 private:
-    std::unique_ptr<QPixmap> Build(const QString &image);
+    enum Kind { Front, Back, BackHover, KindCount };
+    std::unique_ptr<QPixmap> Build(Kind kind);
+    /**
+     * The image of @p kind, read at its first use and kept: reading an image file costs
+     * more than stretching it. @p reload reads it again (a host may have swapped it).
+     */
+    const QPixmap &Source(Kind kind, bool reload = false);
+
+    std::unique_ptr<QPixmap> m_sources[KindCount];
 
     int m_width = 0;
     std::unique_ptr<QPixmap> m_front;
