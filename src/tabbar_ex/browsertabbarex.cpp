@@ -359,7 +359,7 @@ void BrowserTabBarExPrivate::ResizeButtons()
         overflow = true;
     // The strip is never narrower than the viewport (SetContentWidth() would widen it
     // again): set at its final width at once, since each resize repaints every tab.
-    TabGeometry::SetFixedSize(contentStrip, QSize(qMax(total, ViewportWidth()), q->height()));
+    TabGeometry::SetFixedSize(contentStrip, QSize(qMax(total, ViewportWidth(fixedTotal)), q->height()));
     ResetButtons();
 }
 
@@ -518,10 +518,9 @@ void BrowserTabBarExPrivate::UpdateButtonForms()
     }
 }
 
-int BrowserTabBarExPrivate::ViewportWidth()
+int BrowserTabBarExPrivate::ViewportWidth(int fixedTotal) const
 {
-    Q_Q(BrowserTabBarEx);
-    const int fixedTotal = q->FixedTabTotalWidth();
+    Q_Q(const BrowserTabBarEx);
     if (!overflow)
         return q->width() - S(kRightMargin) - fixedTotal;
     // Room for an arrow on either side, the left one's shadow falling on the tabs.
@@ -539,7 +538,7 @@ void BrowserTabBarExPrivate::SetContentWidth()
     TabGeometry::Move(fixedArea, QPoint(0, 0));
 
     if (!overflow) {
-        TabGeometry::SetFixedSize(viewport, QSize(ViewportWidth(), h));
+        TabGeometry::SetFixedSize(viewport, QSize(ViewportWidth(fixedTotal), h));
         TabGeometry::Move(viewport, QPoint(fixedTotal, 0));
         if (contentStrip->width() < viewport->width())
             TabGeometry::SetFixedWidth(contentStrip, viewport->width());
@@ -558,7 +557,7 @@ void BrowserTabBarExPrivate::SetContentWidth()
     const bool arrowsFit = w - fixedTotal >= 2 * arrowPart + shadow;
     // The viewport ends exactly where the right arrow frame begins; the left arrow
     // frame reaches a shadow's width into it, so that its shadow falls on the tabs.
-    TabGeometry::SetFixedSize(viewport, QSize(ViewportWidth(), h));
+    TabGeometry::SetFixedSize(viewport, QSize(ViewportWidth(fixedTotal), h));
     TabGeometry::Move(viewport, QPoint(arrowPart + fixedTotal, 0));
     if (contentStrip->width() < viewport->width())
         TabGeometry::SetFixedWidth(contentStrip, viewport->width());

@@ -65,8 +65,11 @@ public:
     void ResetButtons();
     void PlaceScrollingButtons();
     void SetContentWidth();
-    /** The viewport's width, with the arrows while the tabs overflow, without them otherwise. */
-    int ViewportWidth();
+    /**
+     * The viewport's width beside fixed tabs @p fixedTotal wide: with the arrows while
+     * the tabs overflow, without them otherwise.
+     */
+    int ViewportWidth(int fixedTotal) const;
     void ResetSeparator();
     void SetPressedSeparator();
     void UpdateButtonForms();
