@@ -278,10 +278,10 @@ inline Answer AnswerAt(const QSignalSpy &spy, int index)
  * Requests @p url from @p cache (@p reload: fetched again) and waits for its answer: exactly one, and never before
  * RequestImage() has returned. Empty on success, else what went wrong.
  */
-template <class Cache>
-QString RequestOnce(Cache *cache, const QString &url, Answer *answer, bool reload = false, int timeoutMs = 5000)
+inline QString RequestOnce(VosImageCache *cache, const QString &url, Answer *answer, bool reload = false,
+                           int timeoutMs = 5000)
 {
-    QSignalSpy spy(cache, &Cache::SigRequestImageFinished);
+    QSignalSpy spy(cache, &VosImageCache::SigRequestImageFinished);
     cache->RequestImage(url, reload);
     if (spy.count() != 0)
         return QStringLiteral("answered before RequestImage() returned");
