@@ -8,6 +8,7 @@
 #include "kelmenu.h"
 #include "kelpushbuttonhover.h"
 #include "tabdragorder_p.h"
+#include "tabgeometry_p.h"
 
 #include <QAction>
 #include <QFrame>
@@ -299,17 +300,18 @@ void BrowserTabBarPrivate::SizeButtons()
     if (fixedCount > 0) {
         const int fixedButtonWidth = (q->FixedTabTotalWidth() - spacing) / fixedCount + spacing;
         for (int i = 0; i < fixedCount && i < n; ++i)
-            buttons.at(i)->setFixedSize(qMax(0, fixedButtonWidth), height);
+            TabGeometry::SetFixedSize(buttons.at(i), QSize(fixedButtonWidth, height));
     }
     for (int i = fixedCount; i < n; ++i) {
         const int width = buttonWidth + ((i - fixedCount) < extraPixels ? 1 : 0);
-        buttons.at(i)->setFixedSize(qMax(0, width), height);
+        TabGeometry::SetFixedSize(buttons.at(i), QSize(width, height));
     }
 }
 
 void BrowserTabBarPrivate::ResizeButtons()
 {
     Q_Q(BrowserTabBar);
+    KeepFramesAtTheEnd();
     closing = false;
     closedLast = false;
     if (buttons.isEmpty())
@@ -339,7 +341,7 @@ void BrowserTabBarPrivate::ResetButtons()
 
     const int fixedStep = fixedCount >= 1 ? (fixedWidth - spacing) / fixedCount + spacing : 0;
     for (int i = 0; i < fixedCount && i < n; ++i)
-        buttons.at(i)->move((fixedStep - spacing) * i, top);
+        TabGeometry::Move(buttons.at(i), QPoint((fixedStep - spacing) * i, top));
 
     const int offset = fixedCount > 0 ? fixedWidth - spacing : 0;
     for (int i = fixedCount; i < n; ++i) {
@@ -347,7 +349,7 @@ void BrowserTabBarPrivate::ResetButtons()
         if (button->IsPressed())
             continue; // the held tab stays under the pointer
         const int k = i - fixedCount;
-        button->move((buttonWidth - spacing) * k + qMin(k, extraPixels) + offset, top);
+        TabGeometry::Move(button, QPoint((buttonWidth - spacing) * k + qMin(k, extraPixels) + offset, top));
     }
     SetContentWidth();
 }
@@ -372,15 +374,17 @@ void BrowserTabBarPrivate::SetContentWidth()
         }
         width = qMin(width, q->width() - q->ButtonMarginRight() - newTabWidth);
     }
-    contentWidget->setFixedSize(qMax(0, width), q->height());
+    TabGeometry::SetFixedSize(contentWidget, QSize(width, q->height()));
+    TabGeometry::Move(contentWidget, QPoint(0, 0));
+    framesWidth = q->width();
 
     const int y = q->ButtonMarginTop() + (q->ButtonHeight() - newTabButton->height()) / 2;
     int x;
     if (buttonWidth != q->MaxButtonWidth() && !closing)
         x = q->width() - newTabWidth; // squeezed tabs: the button keeps to the right end
     else
-        x = contentWidget->x() + contentWidget->width() + q->ButtonMarginRight();
-    newTabButton->move(x, y);
+        x = TabGeometry::X(contentWidget) + contentWidget->width() + q->ButtonMarginRight();
+    TabGeometry::Move(newTabButton, QPoint(x, y));
 }
 
 // ---------------------------------------------------------------------------
@@ -389,7 +393,7 @@ void BrowserTabBarPrivate::SetContentWidth()
 bool BrowserTabBarPrivate::BeginPress(BrowserTabButtonBase *button, const QPoint &globalPos)
 {
     button->SetPressed();
-    pressOffset = QPoint(button->x() - globalPos.x(), button->y());
+    pressOffset = QPoint(TabGeometry::X(button) - LogicalX(globalPos), button->y());
     return true;
 }
 
@@ -407,10 +411,10 @@ void BrowserTabBarPrivate::DragTo(const QPoint &globalPos)
         SetContentWidth();
     }
 
-    int x = globalPos.x() + pressOffset.x();
+    int x = LogicalX(globalPos) + pressOffset.x();
     x = qMax(x, 0);
     x = qMin(x, q->width() - button->width());
-    button->move(x, pressOffset.y());
+    TabGeometry::Move(button, QPoint(x, pressOffset.y()));
 
     SortButtons();
     // Dragged to the start, the tab passes beneath the fixed tabs, which stay in sight.
@@ -469,11 +473,11 @@ void BrowserTabBarPrivate::SortButtons()
         return;
 
     BrowserTabButtonBase *button = buttons.at(held);
-    const int left = button->x();
+    const int left = TabGeometry::X(button);
     const int right = left + button->width();
     const auto span = [this](int j) {
         const BrowserTabButtonBase *b = buttons.at(j);
-        return qMakePair(b->x(), b->width());
+        return qMakePair(TabGeometry::X(b), b->width());
     };
     const int target = TabDragOrder::Target(n, held, first, left, right, contentWidget->width(), span);
     if (target < 0 || target >= n || target == held)

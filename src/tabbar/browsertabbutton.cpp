@@ -7,6 +7,7 @@
 #include "kellabel.h"
 #include "kelloadinglabelex.h"
 #include "kelpushbutton.h"
+#include "tabgeometry_p.h"
 #include "tabpointer_p.h"
 #include "uiutils.h"
 
@@ -239,19 +240,26 @@ void BrowserTabButton::UpdateLayoutOnly()
 {
     Q_D(BrowserTabButton);
     if (d->IsHomePage()) {
-        d->homePage->move((width() - d->homePage->width()) / 2, (height() - d->homePage->height()) / 2);
+        TabGeometry::Move(d->homePage, QPoint((width() - d->homePage->width()) / 2, (height() - d->homePage->height()) / 2));
         return;
     }
     const int padding = S(12);
-    d->content->setFixedSize(qMax(0, width() - 2 * padding), height());
-    d->content->move(padding, 0);
+    TabGeometry::SetFixedSize(d->content, QSize(width() - 2 * padding, height()));
+    TabGeometry::Move(d->content, QPoint(padding, 0));
     const int contentW = d->content->width();
     const int contentH = d->content->height();
     // The icon, loading and close widgets keep their form sizes; only their places scale.
-    d->icon->move(0, (contentH - S(16)) / 2);
-    d->loadingLabel->move(0, (contentH - S(16)) / 2);
-    d->closeButton->move(contentW - S(12), (contentH - S(12)) / 2);
+    TabGeometry::Move(d->icon, QPoint(0, (contentH - S(16)) / 2));
+    TabGeometry::Move(d->loadingLabel, QPoint(0, (contentH - S(16)) / 2));
+    TabGeometry::Move(d->closeButton, QPoint(contentW - S(12), (contentH - S(12)) / 2));
     d->UpdateTextGeometry();
+}
+
+void BrowserTabButtonPrivate::DirectionChanged()
+{
+    Q_Q(BrowserTabButton);
+    q->UpdateLayoutOnly();
+    q->update();
 }
 
 void BrowserTabButton::UpdateLayout()
@@ -268,8 +276,8 @@ void BrowserTabButtonPrivate::UpdateTextGeometry()
     int width = content->width() - S(2) - S(16);
     if (!closeButton->isHidden())
         width -= S(12);
-    title->setFixedSize(qMax(0, width), S(16));
-    title->move(S(2) + S(16), y);
+    TabGeometry::SetFixedSize(title, QSize(width, S(16)));
+    TabGeometry::Move(title, QPoint(S(2) + S(16), y));
 }
 
 void BrowserTabButton::UpdateCloseButton()
@@ -324,8 +332,14 @@ void BrowserTabButton::paintEvent(QPaintEvent *event)
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    if (const QPixmap *background = d->Bar()->GetButtonBg(width(), d->checked, d->hovered))
+    if (const QPixmap *background = d->Bar()->GetButtonBg(width(), d->checked, d->hovered)) {
+        // The tab's slanted edges lean the other way when the strip runs leftwards.
+        if (isRightToLeft()) {
+            painter.translate(width(), 0);
+            painter.scale(-1, 1);
+        }
         painter.drawPixmap(0, 0, *background);
+    }
 }
 
 void BrowserTabButton::resizeEvent(QResizeEvent *event)

@@ -43,4 +43,5 @@ public:
     void LoadStart() override;
     void LoadFinished() override;
     void UpdateIcon() override;
+    void DirectionChanged() override;
 };

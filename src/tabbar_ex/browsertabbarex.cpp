@@ -137,6 +137,20 @@ void BrowserTabBarExPrivate::InitArrowFrame()
     rightShadow->setAttribute(Qt::WA_TransparentForMouseEvents);
 
     QObject::connect(arrowTimer, &QTimer::timeout, q, &BrowserTabBarEx::SlotArrowTimeout);
+    UpdateMirroredStyles();
+}
+
+void BrowserTabBarExPrivate::UpdateMirroredStyles()
+{
+    const QList<QWidget *> sided = {leftArrow, rightArrow, leftShadow, rightShadow};
+    for (QWidget *widget : sided)
+        TabGeometry::SetMirroredStyle(widget);
+}
+
+void BrowserTabBarExPrivate::DirectionChanged()
+{
+    UpdateMirroredStyles();
+    BrowserTabBarBasePrivate::DirectionChanged();
 }
 
 BrowserTabButtonEx *BrowserTabBarExPrivate::Button(int index) const
@@ -183,7 +197,7 @@ bool BrowserTabBarExPrivate::IsInView(int index) const
     const BrowserTabButtonBase *button = buttons.at(index);
     if (button->parentWidget() != contentStrip)
         return false;
-    const int left = button->x() + scrollOffset;
+    const int left = TabGeometry::X(button) + scrollOffset;
     return left >= 0 && left + button->width() <= viewport->width();
 }
 
@@ -194,7 +208,7 @@ void BrowserTabBarExPrivate::BringIntoView(int index)
     const BrowserTabButtonBase *button = buttons.at(index);
     if (button->parentWidget() != contentStrip)
         return;
-    const int left = button->x() + scrollOffset;
+    const int left = TabGeometry::X(button) + scrollOffset;
     const int right = left + button->width();
     if (left < 0)
         scrollOffset -= left;
@@ -323,6 +337,7 @@ void BrowserTabBarExPrivate::ComputeButtonWidth(int available)
 void BrowserTabBarExPrivate::ResizeButtons()
 {
     Q_Q(BrowserTabBarEx);
+    KeepFramesAtTheEnd();
     // A full layout places the strip itself: the slide after a close has no more to do.
     if (slideAfterClose) {
         slideAfterClose = false;
@@ -440,6 +455,7 @@ void BrowserTabBarExPrivate::ResizeDelayArea()
         ComputeButtonWidth(contentStrip->width() + ArrowPartWidth());
         if (!overflow) {
             const int fixedTotal = q->FixedTabTotalWidth();
+            framesWidth = q->width();
             TabGeometry::SetFixedSize(viewport, QSize(q->width() - S(kRightMargin) - fixedTotal, q->height()));
             TabGeometry::Move(viewport, QPoint(fixedTotal, 0));
             TabGeometry::SetFixedWidth(contentStrip, contentStrip->width() + ArrowPartWidth());
@@ -509,7 +525,7 @@ void BrowserTabBarExPrivate::UpdateButtonForms()
             b->CreateForm();
             continue;
         }
-        const int left = button->x();
+        const int left = TabGeometry::X(button);
         const int right = left + button->width();
         if (right > visibleLeft - createMargin && left < visibleRight + createMargin)
             b->CreateForm();
@@ -533,6 +549,7 @@ void BrowserTabBarExPrivate::SetContentWidth()
     const int h = q->height();
     const int w = q->width();
     const int fixedTotal = q->FixedTabTotalWidth();
+    framesWidth = w;
 
     TabGeometry::SetFixedSize(fixedArea, QSize(fixedTotal, h));
     TabGeometry::Move(fixedArea, QPoint(0, 0));
@@ -620,7 +637,7 @@ bool BrowserTabBarExPrivate::BeginPress(BrowserTabButtonBase *button, const QPoi
     const int index = buttons.indexOf(button);
     if (index < FixedCount() || button->parentWidget() != contentStrip)
         return false;
-    pressOffset = QPoint(button->x() - globalPos.x() + scrollOffset, button->y());
+    pressOffset = QPoint(TabGeometry::X(button) - LogicalX(globalPos) + scrollOffset, button->y());
     return true;
 }
 
@@ -640,10 +657,10 @@ void BrowserTabBarExPrivate::DragTo(const QPoint &globalPos)
 
     const int viewportWidth = viewport->width();
     const int maxX = viewportWidth - button->width();
-    const int x = qMax(0, qMin(globalPos.x() + pressOffset.x(), maxX));
+    const int x = qMax(0, qMin(LogicalX(globalPos) + pressOffset.x(), maxX));
     const QPoint pos(x, pressOffset.y());
-    if (pos != button->pos()) {
-        button->move(pos);
+    if (pos != TabGeometry::Pos(button)) {
+        TabGeometry::Move(button, pos);
         SortButtons();
     }
 
@@ -712,11 +729,11 @@ void BrowserTabBarExPrivate::SortButtons()
         return;
     BrowserTabButtonBase *button = buttons.at(dragged);
     // Edges in the strip's coordinates: the button floats in the viewport.
-    const int left = button->x() - scrollOffset;
+    const int left = TabGeometry::X(button) - scrollOffset;
     const int right = left + button->width();
     const auto span = [this](int j) {
         const BrowserTabButtonBase *other = buttons.at(j);
-        return qMakePair(other->x(), other->width());
+        return qMakePair(TabGeometry::X(other), other->width());
     };
     const int target = TabDragOrder::Target(buttons.size(), dragged, qMax(0, firstIndex), left, right,
                                             contentStrip->width(), span);
@@ -913,7 +930,11 @@ void BrowserTabBarEx::wheelEvent(QWheelEvent *event)
     // The dominant axis, as the classic single delta had it: a horizontal swipe on a
     // touchpad scrolls the strip as well as a wheel does.
     const QPoint angle = event->angleDelta();
-    const int delta = qAbs(angle.x()) > qAbs(angle.y()) ? angle.x() : angle.y();
+    const bool sideways = qAbs(angle.x()) > qAbs(angle.y());
+    int delta = sideways ? angle.x() : angle.y();
+    // A swipe to the left heads for the start only where the strip starts on the left.
+    if (sideways && isRightToLeft())
+        delta = -delta;
     if (delta > 0)
         SlotLeftArrowClicked();
     else

@@ -108,6 +108,9 @@ public:
     void BuildMenu(KelMenu *menu) override;
     void PrepareMenu(const TabDataPtr &tab) override;
     void AdjustForDpi() override;
+    void DirectionChanged() override;
+    /** The arrows and shadows point and fade the other way round when mirrored. */
+    void UpdateMirroredStyles();
     bool BeginPress(BrowserTabButtonBase *button, const QPoint &globalPos) override;
     void DragTo(const QPoint &globalPos) override;
     void EndPress(BrowserTabButtonBase *button) override;

@@ -178,6 +178,7 @@ void BrowserTabButtonExPrivate::CreateForm()
 
     // Everything that happened while the widgets did not exist.
     form->content->setObjectName(separatorShown ? kNameContentWithSep : kNameContentNoSep);
+    TabGeometry::SetMirroredStyle(form->content);
     form->icon->setVisible(iconShown);
     form->loading->setVisible(loadingShown);
     form->close->setVisible(closeShown);
@@ -427,9 +428,11 @@ void BrowserTabButtonExPrivate::ApplyIconLook()
 QPoint BrowserTabButtonEx::GetIconGlobalPos() const
 {
     Q_D(const BrowserTabButtonEx);
-    // The icon lies at the content frame's origin, made or not.
-    const QPoint iconPos = d->form ? d->form->icon->pos() : QPoint(0, 0);
-    return mapToGlobal(iconPos + DpiTool::ScaleDefault(QPoint(12, 8)));
+    // The icon lies at the content frame's start, made or not: its right end when mirrored.
+    const QPoint iconPos = d->form ? TabGeometry::Pos(d->form->icon) : QPoint(0, 0);
+    const QPoint logical = iconPos + DpiTool::ScaleDefault(QPoint(12, 8));
+    const int x = TabGeometry::VisualX(isRightToLeft(), width(), logical.x(), DpiTool::ScaleDefault(kIconSize));
+    return mapToGlobal(QPoint(x, logical.y()));
 }
 
 void BrowserTabButtonExPrivate::UpdateLayout()
@@ -452,6 +455,13 @@ void BrowserTabButtonExPrivate::UpdateLayout()
     }
     UpdateIcon();
     UpdateTitle();
+}
+
+void BrowserTabButtonExPrivate::DirectionChanged()
+{
+    if (form)
+        TabGeometry::SetMirroredStyle(form->content);
+    UpdateLayout();
 }
 
 void BrowserTabButtonExPrivate::UpdateTextGeometry()

@@ -83,4 +83,5 @@ public:
     void LoadFinished() override;
     void UpdateIcon() override;
     void LeftPressed() override;
+    void DirectionChanged() override;
 };

@@ -2,6 +2,7 @@
 #include "browsertabbarbase.h"
 
 #include "browsertabbarbase_p.h"
+#include "tabgeometry_p.h"
 #include "browsertabbuttonbase.h"
 #include "browsertabbuttonbase_p.h"
 #include "dpitool.h"
@@ -58,6 +59,25 @@ int BrowserTabBarBasePrivate::FixedCount() const
 int BrowserTabBarBasePrivate::Scaled(int designPixels) const
 {
     return DpiTool::ScaleDefault(designPixels);
+}
+
+void BrowserTabBarBasePrivate::DirectionChanged()
+{
+    Relayout();
+    UpdateFocusRing();
+}
+
+void BrowserTabBarBasePrivate::KeepFramesAtTheEnd()
+{
+    Q_Q(BrowserTabBarBase);
+    if (q->isRightToLeft() && framesWidth >= 0)
+        TabGeometry::ShiftChildren(q, q->width() - framesWidth);
+    framesWidth = q->width();
+}
+
+int BrowserTabBarBasePrivate::LogicalX(const QPoint &globalPos) const
+{
+    return q_func()->isRightToLeft() ? -globalPos.x() : globalPos.x();
 }
 
 int BrowserTabBarBasePrivate::InsertButton(int index, BrowserTabButtonBase *button)
@@ -350,8 +370,8 @@ bool BrowserTabBarBasePrivate::HandleKey(QKeyEvent *event)
         if (menu && !menuRunning) {
             BrowserTabButtonBase *button = buttons.at(index);
             ShowTab(index);
-            // Under the tab, where a menu opened from it would drop down.
-            RunMenu(button, button->mapToGlobal(QPoint(0, button->height())));
+            // Under the tab's start, where a menu opened from it would drop down.
+            RunMenu(button, button->mapToGlobal(QPoint(q->isRightToLeft() ? button->width() : 0, button->height())));
         }
         break;
     default:
@@ -909,6 +929,12 @@ bool BrowserTabBarBase::event(QEvent *event)
     }
     if (event->type() == QEvent::LanguageChange)
         d->Retranslate();
+    // Qt has passed the new direction down to every child before it tells the bar.
+    if (event->type() == QEvent::LayoutDirectionChange) {
+        for (BrowserTabButtonBase *button : qAsConst(d->buttons))
+            button->d_func()->DirectionChanged();
+        d->DirectionChanged();
+    }
     return QFrame::event(event);
 }
 
@@ -947,6 +973,9 @@ void BrowserTabBarBase::resizeEvent(QResizeEvent *event)
 {
     Q_D(BrowserTabBarBase);
     QFrame::resizeEvent(event);
+    // Right to left the frames keep their places from the right edge, even where the
+    // layout below has nothing to do (no tabs).
+    d->KeepFramesAtTheEnd();
     // Also in closing mode: a new size is laid out at once, the mode stays on.
     d->Resized();
 }

@@ -95,7 +95,11 @@ public:
     // The scrolling strip tells TabButtonMoved() once, when the drag ends; the classic
     // one after every movement.
     bool movesReportedOnRelease = true;
-    QPoint pressOffset;      // x: button x minus the pointer's global x at the press; y: button y
+    // The bar's width when its frames were last placed. Right to left a frame's place
+    // counts from the right edge: when the bar's width changes the frames move with
+    // that edge, even where no layout follows (a bar without tabs).
+    int framesWidth = -1;
+    QPoint pressOffset;      // x: button x minus LogicalX() of the pointer at the press; y: button y
     std::unique_ptr<TabMoveProxy> moveProxy; // a parentless popup, owned here
 
     // Keyboard. The tab the arrow keys have reached: the same tab wherever it moves;
@@ -116,6 +120,18 @@ public:
     /** FixedTabCount(), never below 0. */
     int FixedCount() const;
     int Scaled(int designPixels) const;
+    /**
+     * The x of a global point in the direction the strip runs: right to left the
+     * pointer moving right moves towards the start. Only differences of it mean
+     * anything, which is all a drag needs.
+     */
+    int LogicalX(const QPoint &globalPos) const;
+    /**
+     * Right to left, moves the frames with the bar's right edge when the bar's width
+     * has changed since they were placed (framesWidth). Called on every resize and
+     * before every layout: a hidden bar hears of its resizes only when shown.
+     */
+    void KeepFramesAtTheEnd();
 
     /** Wires a new button's signals to the bar's slots and takes it into the list. */
     int InsertButton(int index, BrowserTabButtonBase *button);
@@ -202,6 +218,8 @@ public:
     virtual void PrepareMenu(const TabDataPtr &tab) = 0;
     /** Re-applies the scaled sizes after a DPI change. */
     virtual void AdjustForDpi() = 0;
+    /** The layout direction changed (the buttons have laid themselves out again). */
+    virtual void DirectionChanged();
     /**
      * A press on @p button may begin a drag. Returns false when this tab does not move;
      * otherwise the strip marks what it needs and the proxy is shown.

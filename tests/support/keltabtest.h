@@ -24,6 +24,66 @@ inline void PrepareEnvironment()
     QStandardPaths::setTestModeEnabled(true);
 }
 
+// Positions the bar tests check are logical: x counts from the start of the parent,
+// which is its right edge when the parent is laid out right to left. Each such test
+// then runs in both directions (tests/CMakeLists.txt, MIRRORED) with the same numbers.
+
+/** @p widget's geometry in its parent, x counted from the parent's start. */
+inline QRect LogicalGeometry(const QWidget *widget)
+{
+    QRect rect = widget->geometry();
+    const QWidget *parent = widget->parentWidget();
+    if (parent && parent->isRightToLeft())
+        rect.moveLeft(parent->width() - rect.x() - rect.width());
+    return rect;
+}
+
+inline QPoint LogicalPos(const QWidget *widget)
+{
+    return LogicalGeometry(widget).topLeft();
+}
+
+inline int LogicalX(const QWidget *widget)
+{
+    return LogicalGeometry(widget).x();
+}
+
+/** The pixel of @p widget at logical @p pos: mirrored in a right-to-left widget. */
+inline QPoint VisualPoint(const QWidget *widget, const QPoint &pos)
+{
+    return widget->isRightToLeft() ? QPoint(widget->width() - 1 - pos.x(), pos.y()) : pos;
+}
+
+/** The rectangle of @p widget at logical @p rect: mirrored in a right-to-left widget. */
+inline QRect VisualRect(const QWidget *widget, QRect rect)
+{
+    if (widget->isRightToLeft())
+        rect.moveLeft(widget->width() - rect.x() - rect.width());
+    return rect;
+}
+
+/** The rectangle of @p widget in its ancestor @p ancestor, x from the ancestor's start. */
+inline QRect LogicalRectIn(const QWidget *widget, const QWidget *ancestor)
+{
+    return VisualRect(ancestor, QRect(widget->mapTo(ancestor, QPoint(0, 0)), widget->size()));
+}
+
+/**
+ * The point a menu was opened at: its top-left corner, or right to left its top-right
+ * one (Qt opens a menu leftwards from the point there).
+ */
+inline QPoint MenuAnchor(const QWidget *menu)
+{
+    const QRect rect = menu->geometry();
+    return menu->isRightToLeft() ? QPoint(rect.right() + 1, rect.top()) : rect.topLeft();
+}
+
+/** A horizontal movement of @p dx towards the end of @p widget's strip, on the screen. */
+inline int Forward(const QWidget *widget, int dx)
+{
+    return widget->isRightToLeft() ? -dx : dx;
+}
+
 } // namespace KelTest
 
 /** main() for a widget test: QApplication, headless default, isolated standard paths. */

@@ -69,16 +69,19 @@ public:
         if (at.isNull())
             at = m_button->rect().center();
         m_start = m_button->mapToGlobal(at);
-        m_x0 = m_button->x();
+        m_x0 = KelTest::LogicalX(m_button);
         QCursor::setPos(m_start);
         ExpectPopupWarnings();
         QTest::mousePress(m_button, Qt::LeftButton, {}, at);
     }
 
-    /** Moves the pointer so that the held tab's left edge would lie at @p left. */
+    /**
+     * Moves the pointer so that the held tab's left edge would lie at @p left (its
+     * start edge at logical x @p left: the right edge when mirrored).
+     */
     void MoveLeftEdgeTo(int left)
     {
-        const QPoint global = m_start + QPoint(left - m_x0, 0);
+        const QPoint global = m_start + QPoint(KelTest::Forward(m_bar, left - m_x0), 0);
         QCursor::setPos(global);
         if (BrowserTabMoveProxy *proxy = ActiveProxy()) {
             QMouseEvent move(QEvent::MouseMove, proxy->mapFromGlobal(global), global, Qt::NoButton, Qt::LeftButton,

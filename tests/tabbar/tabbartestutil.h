@@ -115,7 +115,7 @@ inline QList<int> Xs(BrowserTabBar *bar)
 {
     QList<int> xs;
     for (BrowserTabButton *button : Buttons(bar))
-        xs << button->x();
+        xs << KelTest::LogicalX(button);
     return xs;
 }
 

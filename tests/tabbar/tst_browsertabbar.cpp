@@ -212,7 +212,7 @@ void TstBrowserTabBar::eachSwitchLeavesTheTabsStackedInOrder()
     // A drag raises the fixed tabs over the dragged one; the next switch restacks.
     {
         SlotDrag drag(bar.get(), 5);
-        drag.MoveLeftEdgeTo(ButtonAt(bar.get(), 2)->x());
+        drag.MoveLeftEdgeTo(KelTest::LogicalX(ButtonAt(bar.get(), 2)));
         drag.Release();
     }
     bar->setCurrentIndex(6);

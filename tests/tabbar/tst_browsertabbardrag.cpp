@@ -85,7 +85,7 @@ void TstBrowserTabBarDrag::dragSecondOfThreeLeft()
     const TabDataPtr dragged = bar->GetTabData(1);
     SlotDrag drag(bar.get(), 1);
     drag.MoveLeftEdgeTo(left);
-    QCOMPARE(drag.Button()->x(), qMax(left, 0));
+    QCOMPARE(KelTest::LogicalX(drag.Button()), qMax(left, 0));
     QCOMPARE(bar->GetIndexByTabData(dragged), expectedIndex);
     QCOMPARE(bar->currentIndex(), expectedIndex);
     drag.Release();
@@ -104,7 +104,7 @@ void TstBrowserTabBarDrag::dragRightToTheEndMovesToLast()
     QCOMPARE(bar->GetIndexByTabData(dragged), 0);
     // The strip spans the whole bar during a drag; its end is 800.
     drag.MoveRightEdgeTo(900);
-    QCOMPARE(drag.Button()->x(), 800 - 164);
+    QCOMPARE(KelTest::LogicalX(drag.Button()), 800 - 164);
     QCOMPARE(bar->GetIndexByTabData(dragged), 2);
     QCOMPARE(bar->currentIndex(), 2);
     drag.Release();
@@ -149,7 +149,7 @@ void TstBrowserTabBarDrag::firstIndexOneProtectsIndexZero()
         SlotDrag drag(bar.get(), 0);
         drag.MoveRightEdgeTo(900);
         drag.MoveLeftEdgeTo(300);
-        QCOMPARE(drag.Button()->x(), 0);
+        QCOMPARE(KelTest::LogicalX(drag.Button()), 0);
         QCOMPARE(bar->GetIndexByTabData(first), 0);
         drag.Release();
     }
@@ -189,11 +189,11 @@ void TstBrowserTabBarDrag::dragHidesNewTabButtonAndWidensStrip()
     QCOMPARE(Content(bar.get())->width(), 800);
     // The held tab stays under the pointer when the others are laid out.
     bar->AdjustForDpi();
-    QCOMPARE(drag.Button()->x(), 170);
+    QCOMPARE(KelTest::LogicalX(drag.Button()), 170);
     drag.Release();
     QVERIFY(!newTab->isHidden());
     QCOMPARE(Content(bar.get())->width(), 486);
-    QCOMPARE(drag.Button()->x(), 162);
+    QCOMPARE(KelTest::LogicalX(drag.Button()), 162);
 }
 
 void TstBrowserTabBarDrag::hideNewTabButtonSurvivesDrags()

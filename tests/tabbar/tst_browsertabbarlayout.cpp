@@ -112,31 +112,31 @@ void TstBrowserTabBarLayout::layoutRules()
     QCOMPARE(Xs(bar.get()), ExpectedXs(tabs, fixedCount, fixedWidth, buttonWidth, extra));
     // Neighbours overlap by the spacing (the one-pixel remainder aside).
     for (int i = fixedCount + 1; i < tabs; ++i)
-        QVERIFY(buttons.at(i)->x() - (buttons.at(i - 1)->x() + buttons.at(i - 1)->width()) >= -S(2));
+        QVERIFY(KelTest::LogicalX(buttons.at(i)) - (KelTest::LogicalX(buttons.at(i - 1)) + buttons.at(i - 1)->width()) >= -S(2));
 
     QFrame *content = Content(bar.get());
-    QCOMPARE(content->pos(), QPoint(0, 0));
+    QCOMPARE(KelTest::LogicalPos(content), QPoint(0, 0));
     QCOMPARE(content->size(), QSize(contentWidth, bar->height()));
     KelPushButtonHover *newTab = NewTabButton(bar.get());
     QCOMPARE(newTab->size(), QSize(S(28), S(28)));
-    QCOMPARE(newTab->pos(), QPoint(newTabX, S(4) + (S(32) - S(28)) / 2));
+    QCOMPARE(KelTest::LogicalPos(newTab), QPoint(newTabX, S(4) + (S(32) - S(28)) / 2));
 }
 
 void TstBrowserTabBarLayout::singleTabIsFollowedByNewTabButton()
 {
     auto bar = MakeBar(800, 1);
     QCOMPARE(ButtonAt(bar.get(), 0)->width(), 164);
-    QCOMPARE(NewTabButton(bar.get())->x(), Content(bar.get())->x() + 164 - 2 + 4);
+    QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), KelTest::LogicalX(Content(bar.get())) + 164 - 2 + 4);
 }
 
 void TstBrowserTabBarLayout::squeezedTabsPutNewTabButtonAtRightEnd()
 {
     auto bar = MakeBar(800, 4);
     QCOMPARE(bar->ButtonWidth(), 164);
-    QCOMPARE(NewTabButton(bar.get())->x(), 4 * 162 + 4);
+    QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), 4 * 162 + 4);
     bar->addTab(MakeTab(QStringLiteral("fifth")));
     QVERIFY(bar->ButtonWidth() < 164);
-    QCOMPARE(NewTabButton(bar.get())->x(), 800 - NewTabButton(bar.get())->width());
+    QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), 800 - NewTabButton(bar.get())->width());
 }
 
 void TstBrowserTabBarLayout::tinyBarKeepsMaxWidth()
@@ -194,7 +194,7 @@ void TstBrowserTabBarLayout::closeMiddleByMouseKeepsWidthsUntilLeave()
         QCOMPARE(ButtonAt(bar.get(), i)->width(), widthOf.value(bar->GetTabData(i)));
     QCOMPARE(Xs(bar.get()), ExpectedXs(9, 0, 0, 78, 8));
     QCOMPARE(Content(bar.get())->width(), 76 * 9 + 8);
-    QCOMPARE(NewTabButton(bar.get())->x(), 76 * 9 + 8 + 4);
+    QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), 76 * 9 + 8 + 4);
 
     // The pointer leaves: 200 ms later the tabs fit the bar again.
     QTimer *timer = RelayoutTimer(bar.get());
@@ -203,7 +203,7 @@ void TstBrowserTabBarLayout::closeMiddleByMouseKeepsWidthsUntilLeave()
     QCOMPARE(bar->ButtonWidth(), 78);
     QTRY_COMPARE(bar->ButtonWidth(), 87);
     QCOMPARE(Widths(bar.get()), QList<int>({88, 88, 88, 87, 87, 87, 87, 87, 87}));
-    QCOMPARE(NewTabButton(bar.get())->x(), 800 - 28);
+    QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), 800 - 28);
 }
 
 void TstBrowserTabBarLayout::leaveInsideTheBarStartsNoTimer()
@@ -235,7 +235,7 @@ void TstBrowserTabBarLayout::closeLastByMouseFitsTheStripAtOnce()
     QCOMPARE(Widths(bar.get()), QList<int>({89, 89, 89, 89, 88, 88, 88, 88}));
     QCOMPARE(Xs(bar.get()), ExpectedXs(8, 0, 0, 88, 4));
     QCOMPARE(Content(bar.get())->width(), 692);
-    QCOMPARE(NewTabButton(bar.get())->x(), 696);
+    QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), 696);
     QVERIFY(!RelayoutTimer(bar.get())->isActive());
 }
 
@@ -306,7 +306,7 @@ void TstBrowserTabBarLayout::resizeFitsAgainAndEndsFrozenWidths()
     // 769 / 9 = 85, remainder 4.
     QCOMPARE(bar->ButtonWidth(), 87);
     QCOMPARE(Xs(bar.get()), ExpectedXs(9, 0, 0, 87, 4));
-    QCOMPARE(NewTabButton(bar.get())->x(), 801 - 28);
+    QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), 801 - 28);
 }
 
 void TstBrowserTabBarLayout::relayoutTimerIsAChildSingleShot()

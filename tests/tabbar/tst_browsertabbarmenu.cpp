@@ -223,7 +223,7 @@ void TstBrowserTabBarMenu::menuClosingFitsTabsAgain()
     QCOMPARE(bar->ButtonWidth(), 78);
     RunMenu(bar.get(), 0, -1);
     QCOMPARE(bar->ButtonWidth(), 87);
-    QCOMPARE(NewTabButton(bar.get())->x(), 800 - 28);
+    QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), 800 - 28);
 }
 
 void TstBrowserTabBarMenu::tabsRemovedWhileMenuIsOpen()

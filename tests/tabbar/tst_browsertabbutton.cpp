@@ -197,16 +197,16 @@ void TstBrowserTabButton::layoutPlacesChildren()
     button.setFixedSize(width, height);
     QFrame *content = Frame(&button, QStringLiteral("TabButtonContent"));
     const int contentW = width - 2 * S(12);
-    QCOMPARE(content->geometry(), QRect(S(12), 0, contentW, height));
-    QCOMPARE(IconButton(&button)->pos(), QPoint(0, (height - S(16)) / 2));
-    QCOMPARE(Loading(&button)->pos(), QPoint(0, (height - S(16)) / 2));
-    QCOMPARE(CloseButton(&button)->pos(), QPoint(contentW - S(12), (height - S(12)) / 2));
+    QCOMPARE(KelTest::LogicalGeometry(content), QRect(S(12), 0, contentW, height));
+    QCOMPARE(KelTest::LogicalPos(IconButton(&button)), QPoint(0, (height - S(16)) / 2));
+    QCOMPARE(KelTest::LogicalPos(Loading(&button)), QPoint(0, (height - S(16)) / 2));
+    QCOMPARE(KelTest::LogicalPos(CloseButton(&button)), QPoint(contentW - S(12), (height - S(12)) / 2));
     // Form sizes stay unscaled.
     QCOMPARE(CloseButton(&button)->size(), QSize(12, 12));
     QCOMPARE(IconButton(&button)->size(), QSize(16, 16));
     // Checked: the close button shows, and the title leaves room for it.
     QVERIFY(!CloseButton(&button)->isHidden());
-    QCOMPARE(Title(&button)->geometry(),
+    QCOMPARE(KelTest::LogicalGeometry(Title(&button)),
              QRect(S(2) + S(16), (height - S(16)) / 2, contentW - S(2) - S(16) - S(12), S(16)));
     // Unchecked on a bar without width yet: no close button, the title takes its room.
     button.SetChecked(false);
@@ -365,7 +365,7 @@ void TstBrowserTabButton::homePageShowsOnlyCentredFrame()
     QFrame *home = Frame(&button, QStringLiteral("TabButtonHomePage"));
     QVERIFY(!home->isHidden());
     QVERIFY(Frame(&button, QStringLiteral("TabButtonContent"))->isHidden());
-    QCOMPARE(home->pos(), QPoint((150 - 54) / 2, 0));
+    QCOMPARE(KelTest::LogicalPos(home), QPoint((150 - 54) / 2, 0));
     button.SetChecked(true);
     QVERIFY(CloseButton(&button)->isHidden());
 }

@@ -8,6 +8,7 @@
 #include "browsertabbarex.h"
 #include "browsertabbuttonex.h"
 #include "dpitool.h"
+#include "keltabtest.h"
 #include "tabdata.h"
 #include "tabrecord.h"
 #include "vosimagecache.h"
@@ -42,12 +43,12 @@ public:
         return static_cast<BrowserTabButtonEx *>(BrowserTabBarEx::TabButton(index));
     }
     /** The content strip's x inside the viewport: 0 or negative. */
-    int ScrollOffset() const { return Content()->x(); }
+    int ScrollOffset() const { return KelTest::LogicalX(Content()); }
     /**
      * True when the scrolling tabs do not fit: the viewport then leaves room for the left
      * arrow after the fixed tabs (the arrows themselves show once there is room for both).
      */
-    bool IsOverflow() const { return Viewport()->x() > FixedArea()->width(); }
+    bool IsOverflow() const { return KelTest::LogicalX(Viewport()) > FixedArea()->width(); }
     /** True while the strip scrolls by itself, a step every 20 ms. */
     bool IsAnimating() const { return ArrowTimer()->isActive(); }
     QTimer *ArrowTimer() const { return findChild<QTimer *>(QStringLiteral("TabBarArrowTimerEx")); }
@@ -152,19 +153,23 @@ public:
     {
         QList<int> xs;
         for (int i = qMax(0, FixedTabCount()); i < count(); ++i)
-            xs << TabButton(i)->x();
+            xs << KelTest::LogicalX(TabButton(i));
         return xs;
     }
 };
 
 namespace TabTest {
 
-/** Records every x the watched widget is moved to (a shown widget hears of its moves). */
+/**
+ * Records every logical x the watched widget is moved to (a shown widget hears of its
+ * moves). Right to left a widget also moves when it narrows in place: no new x.
+ */
 class MoveRecorder : public QObject
 {
 public:
     explicit MoveRecorder(QWidget *watched)
         : QObject(watched)
+        , m_last(KelTest::LogicalX(watched))
     {
         watched->installEventFilter(this);
     }
@@ -182,12 +187,19 @@ public:
     }
 
 protected:
-    bool eventFilter(QObject *, QEvent *event) override
+    bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::Move)
-            xs << static_cast<QMoveEvent *>(event)->pos().x();
+        if (event->type() == QEvent::Move) {
+            const int x = KelTest::LogicalX(static_cast<QWidget *>(watched));
+            if (x != m_last)
+                xs << x;
+            m_last = x;
+        }
         return false;
     }
+
+private:
+    int m_last;
 };
 
 /** A press at @p global on @p widget, delivered to it as the window system would. */

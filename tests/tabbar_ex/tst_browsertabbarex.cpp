@@ -313,7 +313,7 @@ void TstBrowserTabBarEx::widthsForAvailable()
         BrowserTabButtonEx *button = bar->TabButton(i);
         QCOMPARE(button->parentWidget(), bar->Content());
         QCOMPARE(button->size(), QSize(width, height));
-        QCOMPARE(button->pos(), QPoint((i - 1) * width, top));
+        QCOMPARE(KelTest::LogicalPos(button), QPoint((i - 1) * width, top));
     }
     const int total = tabs * width;
     QCOMPARE(bar->Content()->width(), qMax(total, bar->Viewport()->width()));
@@ -355,10 +355,10 @@ void TstBrowserTabBarEx::frameGeometryWithoutOverflow()
     const int W = bar->width();
     const int H = bar->height();
     const int F = DpiTool::ScaleDefault(84);
-    QCOMPARE(bar->FixedArea()->geometry(), QRect(0, 0, F, H));
-    QCOMPARE(bar->Viewport()->geometry(), QRect(F, 0, W - DpiTool::ScaleDefault(10) - F, H));
+    QCOMPARE(KelTest::LogicalGeometry(bar->FixedArea()), QRect(0, 0, F, H));
+    QCOMPARE(KelTest::LogicalGeometry(bar->Viewport()), QRect(F, 0, W - DpiTool::ScaleDefault(10) - F, H));
     // The strip is widened to the viewport when the tabs are narrower.
-    QCOMPARE(bar->Content()->geometry(), QRect(0, 0, bar->Viewport()->width(), H));
+    QCOMPARE(KelTest::LogicalGeometry(bar->Content()), QRect(0, 0, bar->Viewport()->width(), H));
     QVERIFY(bar->LeftArrowFrame()->isHidden());
     QVERIFY(bar->RightArrowFrame()->isHidden());
     QCOMPARE(bar->ScrollOffset(), 0);
@@ -383,20 +383,20 @@ void TstBrowserTabBarEx::frameGeometryInOverflow()
     const int s12 = DpiTool::ScaleDefault(12);
     const int s20 = DpiTool::ScaleDefault(20);
     const int arrowPart = s10 + s20 + s10;
-    QCOMPARE(bar->FixedArea()->geometry(), QRect(0, 0, F, H));
-    QCOMPARE(bar->Viewport()->geometry(), QRect(arrowPart + F, 0, W - 2 * arrowPart - s12 - F, H));
-    QCOMPARE(bar->LeftArrowFrame()->geometry(), QRect(F, 0, arrowPart + s12, H));
-    QCOMPARE(bar->RightArrowFrame()->geometry(), QRect(W - arrowPart - s12, 0, arrowPart + s12, H));
+    QCOMPARE(KelTest::LogicalGeometry(bar->FixedArea()), QRect(0, 0, F, H));
+    QCOMPARE(KelTest::LogicalGeometry(bar->Viewport()), QRect(arrowPart + F, 0, W - 2 * arrowPart - s12 - F, H));
+    QCOMPARE(KelTest::LogicalGeometry(bar->LeftArrowFrame()), QRect(F, 0, arrowPart + s12, H));
+    QCOMPARE(KelTest::LogicalGeometry(bar->RightArrowFrame()), QRect(W - arrowPart - s12, 0, arrowPart + s12, H));
     // The viewport ends exactly where the right arrow frame begins.
-    QCOMPARE(bar->Viewport()->geometry().right() + 1, bar->RightArrowFrame()->x());
+    QCOMPARE(KelTest::LogicalGeometry(bar->Viewport()).right() + 1, KelTest::LogicalX(bar->RightArrowFrame()));
     QVERIFY(!bar->LeftArrowFrame()->isHidden());
     QVERIFY(!bar->RightArrowFrame()->isHidden());
-    QCOMPARE(bar->LeftArrow()->geometry(), QRect(s10, s10, s20, s20));
-    QCOMPARE(bar->LeftShadow()->geometry(), QRect(arrowPart, 0, s12, H));
-    QCOMPARE(bar->RightArrow()->geometry(), QRect(s12 + s10, s10, s20, s20));
-    QCOMPARE(bar->RightShadow()->geometry(), QRect(0, 0, s12, H));
+    QCOMPARE(KelTest::LogicalGeometry(bar->LeftArrow()), QRect(s10, s10, s20, s20));
+    QCOMPARE(KelTest::LogicalGeometry(bar->LeftShadow()), QRect(arrowPart, 0, s12, H));
+    QCOMPARE(KelTest::LogicalGeometry(bar->RightArrow()), QRect(s12 + s10, s10, s20, s20));
+    QCOMPARE(KelTest::LogicalGeometry(bar->RightShadow()), QRect(0, 0, s12, H));
     QCOMPARE(bar->Content()->width(), 20 * bar->MinButtonWidth());
-    QCOMPARE(bar->Content()->pos(), QPoint(0, 0));
+    QCOMPARE(KelTest::LogicalPos(bar->Content()), QPoint(0, 0));
 }
 
 void TstBrowserTabBarEx::fixedTabsInFixedArea_data()
@@ -418,11 +418,11 @@ void TstBrowserTabBarEx::fixedTabsInFixedArea()
     QCOMPARE(bar->TabButton(0)->parentWidget(), bar->FixedArea());
     QCOMPARE(bar->TabButton(1)->parentWidget(), bar->FixedArea());
     QCOMPARE(bar->TabButton(2)->parentWidget(), bar->Content());
-    QCOMPARE(bar->TabButton(0)->geometry(),
+    QCOMPARE(KelTest::LogicalGeometry(bar->TabButton(0)),
              QRect(0, bar->ButtonTop(), fixedWidth, bar->ButtonHeight()));
-    QCOMPARE(bar->TabButton(1)->geometry(),
+    QCOMPARE(KelTest::LogicalGeometry(bar->TabButton(1)),
              QRect(fixedWidth, bar->ButtonTop(), fixedWidth, bar->ButtonHeight()));
-    QCOMPARE(bar->TabButton(2)->pos(), QPoint(0, bar->ButtonTop()));
+    QCOMPARE(KelTest::LogicalPos(bar->TabButton(2)), QPoint(0, bar->ButtonTop()));
     QCOMPARE(bar->FixedArea()->width(), DpiTool::ScaleDefault(161));
 }
 
@@ -467,17 +467,17 @@ void TstBrowserTabBarEx::emptyBarKeepsItsFrames()
     bar->addTab(Web(QStringLiteral("b")));
     bar->removeTab(1);
     QVERIFY(bar->IsOverflow());
-    const QRect viewport = bar->Viewport()->geometry();
-    const QRect content = bar->Content()->geometry();
-    const QRect rightFrame = bar->RightArrowFrame()->geometry();
+    const QRect viewport = KelTest::LogicalGeometry(bar->Viewport());
+    const QRect content = KelTest::LogicalGeometry(bar->Content());
+    const QRect rightFrame = KelTest::LogicalGeometry(bar->RightArrowFrame());
 
     bar->removeTab(0);
     QCOMPARE(bar->count(), 0);
     bar->resize(bar->width() + 300, bar->height());
     QCOMPARE(bar->width(), BarWidthFor(90, 0) + 300);
-    QCOMPARE(bar->Viewport()->geometry(), viewport);
-    QCOMPARE(bar->Content()->geometry(), content);
-    QCOMPARE(bar->RightArrowFrame()->geometry(), rightFrame);
+    QCOMPARE(KelTest::LogicalGeometry(bar->Viewport()), viewport);
+    QCOMPARE(KelTest::LogicalGeometry(bar->Content()), content);
+    QCOMPARE(KelTest::LogicalGeometry(bar->RightArrowFrame()), rightFrame);
     QVERIFY(!bar->RightArrowFrame()->isHidden());
     QVERIFY(!bar->LeftArrowFrame()->isHidden());
 }
@@ -708,9 +708,9 @@ void TstBrowserTabBarEx::removeTabAndTheCurrentTab()
     for (int i = 0; i < bar->count(); ++i)
         QCOMPARE(bar->TabButton(i)->IsChecked(), i == currentAfter);
     // The remaining scrolling tabs close up from x = 0.
-    QCOMPARE(bar->TabButton(1)->x(), 0);
+    QCOMPARE(KelTest::LogicalX(bar->TabButton(1)), 0);
     for (int i = 2; i < bar->count(); ++i)
-        QCOMPARE(bar->TabButton(i)->x(), bar->TabButton(i - 1)->x() + bar->TabButton(i - 1)->width());
+        QCOMPARE(KelTest::LogicalX(bar->TabButton(i)), KelTest::LogicalX(bar->TabButton(i - 1)) + bar->TabButton(i - 1)->width());
 }
 
 void TstBrowserTabBarEx::removeCurrentWithCloseLeft()
@@ -1148,9 +1148,9 @@ void TstBrowserTabBarEx::innerWidgetsOnlyNearTheViewport()
     for (int i = 1; i < bar->count(); ++i) {
         BrowserTabButtonEx *button = bar->TabButton(i);
         QCOMPARE(button->parentWidget(), bar->Content());
-        QCOMPARE(button->pos(), QPoint((i - 1) * 96, 4));
+        QCOMPARE(KelTest::LogicalPos(button), QPoint((i - 1) * 96, 4));
         QCOMPARE(button->objectName(), QStringLiteral("TabButtonBackEx"));
-        const bool near = button->x() < viewport + 96;
+        const bool near = KelTest::LogicalX(button) < viewport + 96;
         QCOMPARE(HasInnerWidgets(button), near);
     }
     QVERIFY(HasInnerWidgets(bar->TabButton(0))); // the fixed tab

@@ -270,7 +270,7 @@ void TstBrowserTabBarExClosing::closeRightmostSlidesByQuarterWidths()
     QCOMPARE(m_bar->ScrollOffset(), minOffset);
     QTRY_COMPARE(m_bar->ScrollOffset(), minOffset + width);
     QCOMPARE(recorder.xs, slide);
-    QCOMPARE(m_bar->Content()->x(), minOffset + width);
+    QCOMPARE(KelTest::LogicalX(m_bar->Content()), minOffset + width);
     // Still in overflow and now at the end of the shorter strip.
     QVERIFY(m_bar->IsOverflow());
     QVERIFY(!m_bar->LeftArrowFrame()->isHidden());
@@ -401,11 +401,11 @@ void TstBrowserTabBarExClosing::closeRightmostSnapsAndEndsOverflow()
 
     CloseByButton(11);
     QCOMPARE(m_bar->ScrollOffset(), 0);
-    QCOMPARE(m_bar->Content()->pos(), QPoint(0, 0));
+    QCOMPARE(KelTest::LogicalPos(m_bar->Content()), QPoint(0, 0));
     QVERIFY(!m_bar->IsOverflow());
     QVERIFY(m_bar->LeftArrowFrame()->isHidden());
     QVERIFY(m_bar->RightArrowFrame()->isHidden());
-    QCOMPARE(m_bar->Viewport()->geometry(),
+    QCOMPARE(KelTest::LogicalGeometry(m_bar->Viewport()),
              QRect(DpiTool::ScaleDefault(84), 0, viewportWidth, m_bar->height()));
     QCOMPARE(m_bar->Content()->width(), stripWidth);
     QCOMPARE(m_bar->ScrollingWidths(), widths);

@@ -41,7 +41,13 @@ private:
 
     TestTabBarEx *MakeBar(double scale, int designAvailable, int scrolling);
     QWindow *Window() const { return m_window->windowHandle(); }
-    QPoint LocalOf(QWidget *widget, const QPoint &pos) const { return widget->mapTo(m_window.get(), pos); }
+    // Points are logical in the window (x from its start, the right edge when mirrored),
+    // so that offsets along the strip read the same in both directions.
+    QPoint LocalOf(QWidget *widget, const QPoint &pos) const
+    {
+        return KelTest::VisualPoint(m_window.get(), widget->mapTo(m_window.get(), KelTest::VisualPoint(widget, pos)));
+    }
+    QPoint OnScreen(const QPoint &local) const { return KelTest::VisualPoint(m_window.get(), local); }
     void Press(const QPoint &local);
     void Move(const QPoint &local);
     void Release(const QPoint &local);
@@ -84,20 +90,20 @@ TestTabBarEx *TstBrowserTabBarExDragMouse::MakeBar(double scale, int designAvail
 
 void TstBrowserTabBarExDragMouse::Press(const QPoint &local)
 {
-    QCursor::setPos(Window()->mapToGlobal(local));
-    QTest::mousePress(Window(), Qt::LeftButton, {}, local);
+    QCursor::setPos(Window()->mapToGlobal(OnScreen(local)));
+    QTest::mousePress(Window(), Qt::LeftButton, {}, OnScreen(local));
 }
 
 void TstBrowserTabBarExDragMouse::Move(const QPoint &local)
 {
-    QCursor::setPos(Window()->mapToGlobal(local));
-    QTest::mouseMove(Window(), local);
+    QCursor::setPos(Window()->mapToGlobal(OnScreen(local)));
+    QTest::mouseMove(Window(), OnScreen(local));
 }
 
 void TstBrowserTabBarExDragMouse::Release(const QPoint &local)
 {
-    QCursor::setPos(Window()->mapToGlobal(local));
-    QTest::mouseRelease(Window(), Qt::LeftButton, {}, local);
+    QCursor::setPos(Window()->mapToGlobal(OnScreen(local)));
+    QTest::mouseRelease(Window(), Qt::LeftButton, {}, OnScreen(local));
 }
 
 void TstBrowserTabBarExDragMouse::dragReordersAndDrops()
@@ -115,15 +121,15 @@ void TstBrowserTabBarExDragMouse::dragReordersAndDrops()
     // Left edge from 300 to 250: no change; to 200: index 2; to 40: index 1.
     Move(press - QPoint(50, 0));
     QCOMPARE(dragged->parentWidget(), m_bar->Viewport());
-    QCOMPARE(dragged->x(), 250);
+    QCOMPARE(KelTest::LogicalX(dragged), 250);
     QCOMPARE(m_bar->TabButton(3), dragged);
     Move(press - QPoint(100, 0));
     QCOMPARE(m_bar->TabButton(2), dragged);
     Move(press - QPoint(260, 0));
     QCOMPARE(m_bar->TabButton(1), dragged);
     QCOMPARE(m_bar->currentIndex(), 1);
-    QCOMPARE(m_bar->TabButton(2)->x(), 150);
-    QCOMPARE(m_bar->TabButton(3)->x(), 300);
+    QCOMPARE(KelTest::LogicalX(m_bar->TabButton(2)), 150);
+    QCOMPARE(KelTest::LogicalX(m_bar->TabButton(3)), 300);
 
     Release(press - QPoint(260, 0));
     QCOMPARE(Popup(), static_cast<QWidget *>(nullptr));
@@ -210,7 +216,7 @@ void TstBrowserTabBarExDragMouse::edgeScrollStepsPerTick()
     const QPoint rightEdge = press + QPoint(viewport - 2 * width + 10, 0);
     QVERIFY(rightEdge.x() < m_window->width());
     Move(rightEdge);
-    QCOMPARE(dragged->x(), viewport - width);
+    QCOMPARE(KelTest::LogicalX(dragged), viewport - width);
     QTRY_COMPARE_WITH_TIMEOUT(m_bar->ScrollOffset(), minOffset, 10000);
     const QList<int> steps = recorder.Steps(0);
     QVERIFY(steps.size() > 3);
@@ -224,7 +230,7 @@ void TstBrowserTabBarExDragMouse::edgeScrollStepsPerTick()
     Move(press + QPoint(viewport / 2, 0));
     recorder.xs.clear();
     Move(LocalOf(m_bar->Viewport(), QPoint(1, 16)) - QPoint(width, 0));
-    QCOMPARE(dragged->x(), 0);
+    QCOMPARE(KelTest::LogicalX(dragged), 0);
     QTRY_VERIFY(m_bar->ScrollOffset() > minOffset + 3 * step);
     Move(press + QPoint(viewport / 2, 0));
     const int stopped = m_bar->ScrollOffset();
@@ -241,7 +247,7 @@ void TstBrowserTabBarExDragMouse::edgeScrollStepsPerTick()
     QCOMPARE(m_bar->ScrollOffset(), stopped);
     QCOMPARE(m_bar->movedCount, 1);
     for (int i = 2; i < m_bar->count(); ++i)
-        QCOMPARE(m_bar->TabButton(i)->x(), m_bar->TabButton(i - 1)->x() + width);
+        QCOMPARE(KelTest::LogicalX(m_bar->TabButton(i)), KelTest::LogicalX(m_bar->TabButton(i - 1)) + width);
 }
 
 void TstBrowserTabBarExDragMouse::pressedTabRemovedMidDrag()

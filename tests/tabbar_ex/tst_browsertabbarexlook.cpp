@@ -174,7 +174,7 @@ void TstBrowserTabBarExLook::renderThreeTabs()
     QVERIFY(image.save(OutputPath(QStringLiteral("tabbar_ex_3.png"))));
 
     // The strip's colour right of the tabs; the current tab a white card; a back tab flat.
-    QVERIFY(Near(image.pixelColor(image.width() - 4, 20), kStripColour));
+    QVERIFY(Near(image.pixelColor(KelTest::VisualPoint(bar, QPoint(bar->width() - 4, 20))), kStripColour));
     BrowserTabButtonEx *front = bar->TabButton(3);
     const QPoint frontInside = front->mapTo(bar, QPoint(front->width() / 2, front->height() - 3));
     QCOMPARE(image.pixelColor(frontInside), QColor(Qt::white));
@@ -182,11 +182,12 @@ void TstBrowserTabBarExLook::renderThreeTabs()
     const QPoint backInside = back->mapTo(bar, QPoint(back->width() / 2, back->height() - 3));
     QVERIFY(Near(image.pixelColor(backInside), kStripColour));
     // The separator at the right edge of the first back tab, which is not next to the current one.
-    const QPoint separator = back->mapTo(bar, QPoint(back->width() - 1, back->height() / 2));
+    const QPoint separator = back->mapTo(bar, KelTest::VisualPoint(back, QPoint(back->width() - 1, back->height() / 2)));
     QVERIFY(!Near(image.pixelColor(separator), kStripColour, 2));
     // No separator at the right edge of the current tab's left neighbour.
     BrowserTabButtonEx *beforeFront = bar->TabButton(2);
-    const QPoint noSeparator = beforeFront->mapTo(bar, QPoint(beforeFront->width() - 1, beforeFront->height() / 2));
+    const QPoint noSeparator
+        = beforeFront->mapTo(bar, KelTest::VisualPoint(beforeFront, QPoint(beforeFront->width() - 1, beforeFront->height() / 2)));
     QVERIFY(Near(image.pixelColor(noSeparator), kStripColour, 2));
 }
 
@@ -226,7 +227,7 @@ void TstBrowserTabBarExLook::renderThirtyTabsScrolled()
     bar->showIndex(20);
     QTRY_VERIFY(bar->ScrollOffset() < 0);
     QTRY_VERIFY(!bar->findChild<QTimer *>() || true);
-    QTRY_COMPARE(bar->TabButton(20)->mapTo(bar->Viewport(), QPoint(0, 0)).x() + bar->MinButtonWidth()
+    QTRY_COMPARE(KelTest::LogicalRectIn(bar->TabButton(20), bar->Viewport()).x() + bar->MinButtonWidth()
                      <= bar->Viewport()->width(),
                  true);
     QTest::qWait(200);

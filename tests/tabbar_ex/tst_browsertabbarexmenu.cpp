@@ -184,7 +184,7 @@ MenuState TstBrowserTabBarExMenu::Read(KelMenu *menu)
 {
     MenuState state;
     state.shown = menu->isVisible();
-    state.pos = menu->geometry().topLeft();
+    state.pos = KelTest::MenuAnchor(menu);
     for (QAction *action : menu->actions()) {
         state.texts << action->text();
         state.separators << action->isSeparator();
@@ -458,7 +458,9 @@ void TstBrowserTabBarExMenu::addFavCarriesIconPosition()
     QCOMPARE(fav.at(0).at(0).toInt(), 2);
     const QPoint expected = m_bar->TabButton(2)->GetIconGlobalPos();
     QCOMPARE(fav.at(0).at(1).toPoint(), expected);
-    QCOMPARE(expected, m_bar->TabButton(2)->mapToGlobal(offset));
+    const int iconSize = DpiTool::ScaleDefault(16);
+    BrowserTabButtonEx *button = m_bar->TabButton(2);
+    QCOMPARE(expected, button->mapToGlobal(KelTest::VisualRect(button, QRect(offset, QSize(iconSize, iconSize))).topLeft()));
     QVERIFY(expected != QPoint(0, 0));
 }
 
@@ -567,7 +569,7 @@ void TstBrowserTabBarExMenu::rightClickOpensMenuAndPickCloses()
     // Once up, the user clicks "Close tab" with the mouse.
     connect(menu, &QMenu::aboutToShow, menu, [menu, &shownAt] {
         QTimer::singleShot(0, menu, [menu, &shownAt] {
-            shownAt = menu->geometry().topLeft();
+            shownAt = KelTest::MenuAnchor(menu);
             const QPoint item = menu->actionGeometry(menu->actions().at(CloseTab)).center();
             QTest::mouseClick(menu->windowHandle(), Qt::LeftButton, {}, item);
         });

@@ -6,6 +6,7 @@
 #include "keltabtest.h"
 
 #include "dpitool.h"
+#include "keltabstyle.h"
 
 #include <QSet>
 
@@ -38,6 +39,8 @@ private Q_SLOTS:
     void narrowBarsOverlapNothing();
     void switchingTabsRepaintsLittle_data();
     void switchingTabsRepaintsLittle();
+    void mirroredStripIsTheMirrorImage_data();
+    void mirroredStripIsTheMirrorImage();
 
 private:
     std::unique_ptr<BrowserTabBarBase> MakeBar(Kind kind, int tabs);
@@ -230,7 +233,7 @@ void TstBrowserTabBarBase::moveTabKeepsTheCurrentTab()
     QCOMPARE(changed.count(), 0);
     // Buttons in list order, left to right.
     for (int i = 1; i < b->count(); ++i)
-        QVERIFY(b->tabRect(i - 1).left() < b->tabRect(i).left());
+        QVERIFY(KelTest::VisualRect(b.get(), b->tabRect(i - 1)).left() < KelTest::VisualRect(b.get(), b->tabRect(i)).left());
 }
 
 static QString RectText(const QRect &r)
@@ -300,6 +303,83 @@ void TstBrowserTabBarBase::narrowBarsOverlapNothing()
             }
         }
     }
+}
+
+void TstBrowserTabBarBase::mirroredStripIsTheMirrorImage_data()
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<int>("tabs");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) {
+        QTest::addRow("%sfour tabs", prefix) << kind << 4;
+        // The scrolling bar in overflow: arrows and the shadow.
+        QTest::addRow("%sthirty tabs", prefix) << kind << 30;
+    });
+}
+
+// Right to left the strip is drawn as its left-to-right picture in a mirror: shapes,
+// separators, arrows and shadows. Only the icons, pictures that keep their
+// orientation, are left out; the titles are blank (a mirrored text is no text).
+void TstBrowserTabBarBase::mirroredStripIsTheMirrorImage()
+{
+    QFETCH(Kind, bar);
+    QFETCH(int, tabs);
+    QWidget window;
+    window.setLayoutDirection(Qt::LeftToRight);
+    KelTabStyle::ApplyDefaultStyleSheet(&window);
+    BrowserTabBarBase *b = BothBars::Make(bar, &window);
+    b->setGeometry(0, 0, 900, b->height());
+    window.resize(b->size());
+    for (int i = 0; i < tabs; ++i)
+        b->addTab(KelTest::WebTab(QStringLiteral(" ")));
+    b->setCurrentIndex(2);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+    const auto iconRects = [b] {
+        QRegion region;
+        const QList<QWidget *> widgets = b->findChildren<QWidget *>();
+        for (QWidget *widget : widgets) {
+            if (widget->isVisibleTo(b) && widget->objectName().contains(QLatin1String("Icon")))
+                region += QRect(widget->mapTo(b, QPoint(0, 0)), widget->size());
+        }
+        return region;
+    };
+    const QImage ltr = b->grab().toImage();
+    const QRegion ltrIcons = iconRects();
+    QVERIFY(!ltrIcons.isEmpty());
+
+    b->setLayoutDirection(Qt::RightToLeft);
+    QVERIFY(b->isRightToLeft());
+    const QImage rtl = b->grab().toImage();
+    QRegion skipped = ltrIcons;
+    for (const QRect &rect : iconRects())
+        skipped += KelTest::VisualRect(b, rect);
+    QCOMPARE(rtl.size(), ltr.size());
+
+    int different = 0;
+    QString first;
+    for (int y = 0; y < ltr.height(); ++y) {
+        for (int x = 0; x < ltr.width(); ++x) {
+            if (skipped.contains(QPoint(x, y)))
+                continue;
+            const QColor a = ltr.pixelColor(x, y);
+            const QColor m = rtl.pixelColor(ltr.width() - 1 - x, y);
+            // Qt antialiases a rounded corner on the left a little differently from the
+            // same corner on the right (up to 13 levels here); a separator, an arrow or
+            // a shadow in the wrong place differs by 25 and more.
+            const int tolerance = 16;
+            if (qAbs(a.red() - m.red()) > tolerance || qAbs(a.green() - m.green()) > tolerance
+                || qAbs(a.blue() - m.blue()) > tolerance) {
+                if (different++ == 0)
+                    first = QStringLiteral("(%1, %2): %3 mirrored as %4").arg(x).arg(y).arg(a.name(), m.name());
+            }
+        }
+    }
+    QVERIFY2(different == 0, qPrintable(QStringLiteral("%1 pixels differ, first %2").arg(different).arg(first)));
+
+    // And back: the same picture as before.
+    b->setLayoutDirection(Qt::LeftToRight);
+    QCOMPARE(b->grab().toImage(), ltr);
 }
 
 KELTAB_TEST_MAIN(TstBrowserTabBarBase)

@@ -109,7 +109,7 @@ void TstBrowserTabBarDragPointer::escapeDuringDragPutsTheTabBack()
     QTRY_VERIFY(m_bar->TabButton(1)->IsHovered());
     m_input->Button(1, true);
     QTRY_COMPARE(m_bar->currentIndex(), 1);
-    m_input->GlideTo(Centre(1), Centre(3) + QPoint(10, 0), 10);
+    m_input->GlideTo(Centre(1), Centre(3) + QPoint(KelTest::Forward(m_bar, 10), 0), 10);
     QTRY_COMPARE(m_bar->GetTabData(3)->GetTitle(), QStringLiteral("t1"));
     if (newTab)
         QVERIFY(!newTab->isVisible()); // hidden while a tab is dragged
@@ -123,7 +123,7 @@ void TstBrowserTabBarDragPointer::escapeDuringDragPutsTheTabBack()
         QTRY_VERIFY(newTab->isVisible());
     // In its slot again, in order.
     for (int i = 1; i < m_bar->count(); ++i)
-        QVERIFY(m_bar->tabRect(i - 1).left() < m_bar->tabRect(i).left());
+        QVERIFY(KelTest::VisualRect(m_bar, m_bar->tabRect(i - 1)).left() < KelTest::VisualRect(m_bar, m_bar->tabRect(i)).left());
 
     // The hand goes on and lets go: the drag is over, nothing moves any more.
     m_input->GlideTo(Centre(3), Centre(4), 4);
@@ -144,13 +144,14 @@ void TstBrowserTabBarDragPointer::dropDuringEdgeScrollLeavesTheTabInView()
     QTRY_VERIFY(m_bar->TabButton(2)->IsHovered());
     m_input->Button(1, true);
     QTRY_COMPARE(m_bar->currentIndex(), 2);
-    const QPoint edge = viewport->mapToGlobal(QPoint(viewport->width() + 30, viewport->height() / 2));
+    // Past the strip's end: right of the viewport, or left of it right to left.
+    const QPoint edge = viewport->mapToGlobal(KelTest::VisualPoint(viewport, QPoint(viewport->width() + 30, viewport->height() / 2)));
     m_input->GlideTo(Centre(2), edge, 10);
     // Let it scroll a few tabs' worth (however slowly a loaded machine ticks), then
     // drop mid-scroll.
     auto *content = m_bar->findChild<QWidget *>(QStringLiteral("TabBarContentEx"));
     QVERIFY(content);
-    QTRY_VERIFY_WITH_TIMEOUT(content->x() < -4 * DpiTool::ScaleDefault(96), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(KelTest::LogicalX(content) < -4 * DpiTool::ScaleDefault(96), 10000);
     const TabDataPtr dragged = m_bar->GetCurrentTabData();
     m_input->Button(1, false);
     QTRY_VERIFY(!m_bar->TabButton(m_bar->currentIndex())->IsPressed());
