@@ -225,7 +225,15 @@ void BrowserTabBarBasePrivate::RunMenu(BrowserTabButtonBase *button, QPoint glob
         menuPressSerial = BrowserTabButtonBasePrivate::pressSerial;
         PrepareMenu(button->GetTabData());
         menuGuard->setAttribute(Qt::WA_NoMouseReplay, false);
-        menuGuard->exec(globalPos);
+        // A window of its own, the menu does not inherit the bar's direction. Right to
+        // left its entries are mirrored and it opens leftwards from the point: Qt turns
+        // it so only when the point is where the pointer is, which a press position
+        // or a keyboard's menu is not always.
+        menuGuard->setLayoutDirection(q->layoutDirection());
+        QPoint menuPos = globalPos;
+        if (q->isRightToLeft())
+            menuPos.rx() -= menuGuard->sizeHint().width();
+        menuGuard->exec(menuPos);
         if (!self)
             break;
         // A right click on another tab while this menu ran asks for that tab's menu.

@@ -350,9 +350,11 @@ void TstBrowserTabBarKeyboard::menuKeysOpenTheMenuAtTheTab_data()
     QTest::addColumn<Kind>("bar");
     QTest::addColumn<int>("key");
     QTest::addColumn<int>("modifiers");
+    QTest::addColumn<Qt::LayoutDirection>("direction");
     BothBars::ForEachBar([](const char *prefix, Kind kind) {
-        QTest::addRow("%smenu", prefix) << kind << int(Qt::Key_Menu) << int(Qt::NoModifier);
-        QTest::addRow("%sshift+f10", prefix) << kind << int(Qt::Key_F10) << int(Qt::ShiftModifier);
+        QTest::addRow("%smenu", prefix) << kind << int(Qt::Key_Menu) << int(Qt::NoModifier) << Qt::LeftToRight;
+        QTest::addRow("%sshift+f10", prefix) << kind << int(Qt::Key_F10) << int(Qt::ShiftModifier) << Qt::LeftToRight;
+        QTest::addRow("%smenu, right to left", prefix) << kind << int(Qt::Key_Menu) << int(Qt::NoModifier) << Qt::RightToLeft;
     });
 }
 
@@ -362,16 +364,19 @@ void TstBrowserTabBarKeyboard::menuKeysOpenTheMenuAtTheTab()
     QFETCH(Kind, bar);
     QFETCH(int, key);
     QFETCH(int, modifiers);
+    QFETCH(Qt::LayoutDirection, direction);
     QVERIFY(MakeWindow(bar, 5));
+    m_bar->setLayoutDirection(direction);
     QVERIFY(FocusBar());
-    QTest::keyClick(m_bar, Qt::Key_Right);
-    QTest::keyClick(m_bar, Qt::Key_Right); // tab 3
+    const Qt::Key forward = direction == Qt::RightToLeft ? Qt::Key_Left : Qt::Key_Right;
+    QTest::keyClick(m_bar, forward);
+    QTest::keyClick(m_bar, forward); // tab 3
     QSignalSpy close(m_bar, &BrowserTabBarBase::tabCloseRequested);
     QPoint menuAt;
     KelTest::Steps steps;
     steps.When(QStringLiteral("the menu"), [] { return ShownMenu() != nullptr; }, [&menuAt] {
         QMenu *menu = ShownMenu();
-        menuAt = menu->pos();
+        menuAt = KelTest::MenuAnchor(menu);
         for (QAction *action : menu->actions()) {
             if (action->text() == QLatin1String("Close tab") && action->isEnabled()) {
                 action->trigger();
@@ -384,8 +389,10 @@ void TstBrowserTabBarKeyboard::menuKeysOpenTheMenuAtTheTab()
     QTest::keyClick(m_bar, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
     QVERIFY2(steps.Done(), qPrintable(steps.Waiting()));
     const QRect tab(m_bar->TabButton(3)->mapToGlobal(QPoint(0, 0)), m_bar->TabButton(3)->size());
-    // Under the tab, wherever the pointer is (a menu may shift itself by its margins).
-    QVERIFY2((menuAt - (tab.bottomLeft() + QPoint(0, 1))).manhattanLength() <= 20,
+    // Under the tab's start, wherever the pointer is (a menu may shift itself by its
+    // margins): its left end, its right end right to left.
+    const QPoint start = direction == Qt::RightToLeft ? tab.bottomRight() + QPoint(1, 1) : tab.bottomLeft() + QPoint(0, 1);
+    QVERIFY2((menuAt - start).manhattanLength() <= 20,
              qPrintable(QStringLiteral("menu at %1,%2, tab %3,%4").arg(menuAt.x()).arg(menuAt.y()).arg(tab.x()).arg(tab.bottom())));
     QCOMPARE(close.count(), 1);
     QCOMPARE(close.at(0).at(0).toInt(), 3);
