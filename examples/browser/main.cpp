@@ -8,6 +8,7 @@
 
 #include "accessibletree.h"
 #include "browserwindow.h"
+#include "demolanguage.h"
 #include "headlesstour.h"
 #include "signallog.h"
 
@@ -15,7 +16,6 @@
 #include <KelTabContainer/imonitorsystem.h>
 #include <KelTabContainer/kelmousegesture.h>
 #include <KelTabContainer/keltabstyle.h>
-#include <KelTabContainer/keltabtranslations.h>
 #include <KelTabContainer/vosimagecache.h>
 #include <KelTabContainer/vossettingmanager.h>
 #include <KelTabContainer/vosshortcutmanager.h>
@@ -27,7 +27,6 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QTimer>
-#include <QTranslator>
 #include <QUrl>
 
 #include <cstdio>
@@ -89,21 +88,6 @@ void IsolateProfile(const QDir &out)
     VosSettingManager::Instance()->SetDatabasePath(profile + QStringLiteral("/settings.sqlite"));
     IMonitorSystem::SetLogFilePath(profile + QStringLiteral("/usage-events.jsonl"));
     VosImageCache::Instance()->SetCacheDirectory(profile + QStringLiteral("/icons"));
-}
-
-// The library's catalogue first, then the demo's own, so that the demo's wording wins
-// where both translate a text; the window follows the language's direction.
-void LoadLanguage(const QLocale &locale, QTranslator *demoTranslator)
-{
-    const bool library = KelTabTranslations::Install(locale);
-    const bool demo = demoTranslator->load(locale, QStringLiteral("browser"), QStringLiteral("_"),
-                                           QStringLiteral(":/browser/translations"));
-    if (demo)
-        QCoreApplication::installTranslator(demoTranslator);
-    if (!library && !demo)
-        std::fprintf(stderr, "No translation for %s: the texts stay English.\n", qUtf8Printable(locale.name()));
-    QLocale::setDefault(locale);
-    QApplication::setLayoutDirection(locale.textDirection());
 }
 
 void ReleaseSingletons()
@@ -198,11 +182,10 @@ int main(int argc, char *argv[])
     parser.addOption(langOption);
     parser.process(app);
 
-    QTranslator demoTranslator;
-    if (parser.isSet(langOption))
-        LoadLanguage(QLocale(parser.value(langOption)), &demoTranslator);
-    else if (!tour)
-        LoadLanguage(QLocale::system(), &demoTranslator);
+    DemoLanguage language;
+    const QLocale locale = parser.isSet(langOption) ? QLocale(parser.value(langOption)) : QLocale::system();
+    if ((parser.isSet(langOption) || !tour) && !language.Load(locale))
+        std::fprintf(stderr, "No translation for %s: the texts stay English.\n", qUtf8Printable(locale.name()));
 
     // The library's look first, then the window lays its own over it.
     KelTabStyle::ApplyDefaultStyleSheet();

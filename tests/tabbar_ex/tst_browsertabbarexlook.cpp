@@ -157,6 +157,28 @@ TstBrowserTabBarExLook::Scene TstBrowserTabBarExLook::MakeScene(int scrolling, i
     return scene;
 }
 
+// Whether the chevron drawn on @p arrow points right: its tip, in the middle rows,
+// lies right of the mean of all its dark pixels.
+static bool PointsRight(const QImage &image, QWidget *bar, QWidget *arrow)
+{
+    const QRect r(arrow->mapTo(bar, QPoint(0, 0)), arrow->size());
+    const auto meanDarkX = [&image, &r](int top, int bottom) {
+        qint64 sum = 0;
+        int n = 0;
+        for (int y = top; y <= bottom; ++y) {
+            for (int x = r.left(); x <= r.right(); ++x) {
+                if (qGray(image.pixel(x, y)) < 200) {
+                    sum += x;
+                    ++n;
+                }
+            }
+        }
+        return n > 0 ? double(sum) / n : -1.0;
+    };
+    const int middle = r.center().y();
+    return meanDarkX(middle - 1, middle + 1) > meanDarkX(r.top(), r.bottom());
+}
+
 QString TstBrowserTabBarExLook::OutputPath(const QString &name) const
 {
     return QCoreApplication::applicationDirPath() + QLatin1Char('/') + name;
@@ -217,6 +239,10 @@ void TstBrowserTabBarExLook::renderThirtyTabs()
     };
     QVERIFY(darkest(right) < 120);
     QVERIFY(darkest(left) > 150);
+
+    // Each arrow points away from the tabs, towards the ones it brings into view.
+    QCOMPARE(PointsRight(image, bar, right), !bar->isRightToLeft());
+    QCOMPARE(PointsRight(image, bar, left), bar->isRightToLeft());
 }
 
 void TstBrowserTabBarExLook::renderThirtyTabsScrolled()
@@ -235,6 +261,8 @@ void TstBrowserTabBarExLook::renderThirtyTabsScrolled()
     QVERIFY(image.save(OutputPath(QStringLiteral("tabbar_ex_30_scrolled.png"))));
     QVERIFY(bar->LeftArrow()->isEnabled());
     QVERIFY(bar->LeftShadow()->isVisible());
+    QCOMPARE(PointsRight(image, bar, bar->LeftArrow()), bar->isRightToLeft());
+    QCOMPARE(PointsRight(image, bar, bar->RightArrow()), !bar->isRightToLeft());
 }
 
 void TstBrowserTabBarExLook::renderAtOneAndAHalf()

@@ -2,6 +2,7 @@
 #include "headlesstour.h"
 
 #include "browserwindow.h"
+#include "demolanguage.h"
 #include "signallog.h"
 #include "tabrecordfactory.h"
 #include <KelTabContainer/browsertabbarbase.h>
@@ -102,6 +103,7 @@ int HeadlessTour::Run()
     StepContextMenu(QString(), QStringLiteral("Close other tabs"), false);
     Shot(QStringLiteral("other-tabs-closed"));
     StepClassic();
+    StepLanguages();
     return WriteFiles() ? 0 : 1;
 }
 
@@ -381,6 +383,49 @@ void HeadlessTour::StepClassic()
     Shot(prefix + QStringLiteral("left-tabs-closed"));
 }
 
+// Last: the window made anew in German and in Hebrew, right to left, with a tab's menu
+// open. A window takes the texts of the language loaded when it is made, so each
+// language has a window of its own; their signals are not logged.
+void HeadlessTour::StepLanguages()
+{
+    const QStringList pages = {
+        QStringLiteral("qrc:/browser/pages/welcome.html"),
+        QStringLiteral("qrc:/browser/pages/guide.html"),
+        QStringLiteral("qrc:/browser/pages/signals.html"),
+    };
+    for (const QString &language : {QStringLiteral("de"), QStringLiteral("he")}) {
+        Begin(QStringLiteral("language: ") + language);
+        DemoLanguage loaded;
+        if (!loaded.Load(QLocale(language)))
+            Note(QStringLiteral("no catalogue for ") + language);
+        BrowserWindow window(BrowserWindow::BarKind::Scrolling);
+        window.resize(WindowSize());
+        window.move(0, 0);
+        window.show();
+        for (int i = 0; i < 12; ++i)
+            window.OpenUrl(pages.at(i % pages.size()), i == 4);
+        Settle(TextBrowserPage::LocalLoadMs() + 200);
+        BrowserTabBarBase *strip = window.Bar();
+        Note(QStringLiteral("direction: ") + (strip->isRightToLeft() ? QStringLiteral("right to left") : QStringLiteral("left to right")));
+        QWidget *button = strip->TabButton(strip->currentIndex());
+        if (!button) {
+            Note(QStringLiteral("no current tab"));
+            continue;
+        }
+        m_menuSeen = false;
+        m_shotWindow = &window;
+        const QString name = language + QStringLiteral("-context-menu");
+        QTimer::singleShot(kMenuDelayMs, this, [this, name] { HandleMenu(QString(), name); });
+        const QPoint centre = button->rect().center();
+        SendMouse(button, QEvent::MouseButtonPress, centre, Qt::RightButton, Qt::RightButton);
+        SendMouse(button, QEvent::MouseButtonRelease, centre, Qt::RightButton, Qt::NoButton);
+        Settle(kMenuDelayMs + 150);
+        m_shotWindow = nullptr;
+        if (!m_menuSeen)
+            Note(QStringLiteral("the bar opened no menu"));
+    }
+}
+
 // ---------------------------------------------------------------------------
 // Helpers
 
@@ -396,16 +441,19 @@ void HeadlessTour::Note(const QString &text)
     m_narrative.append(QStringLiteral("   ") + text);
 }
 
-void HeadlessTour::Shot(const QString &name)
+void HeadlessTour::Shot(const QString &name, QWidget *window)
 {
+    if (!window)
+        window = m_window;
     // What a user would see: the window and every popup or tool window over it (the
-    // tab menu, the gesture toast). The bar's invisible drag popups are left out.
-    QPixmap picture = m_window->grab();
+    // tab menu, the gesture toast). The bar's invisible drag popups are left out, and
+    // so are other main windows.
+    QPixmap picture = window->grab();
     QPainter painter(&picture);
-    const QPoint origin = m_window->mapToGlobal(QPoint(0, 0));
+    const QPoint origin = window->mapToGlobal(QPoint(0, 0));
     const auto windows = QApplication::topLevelWidgets();
     for (QWidget *top : windows) {
-        if (top == m_window || !top->isVisible() || top->windowOpacity() < 0.01)
+        if (top == window || !top->isVisible() || top->windowOpacity() < 0.01 || qobject_cast<BrowserWindow *>(top))
             continue;
         painter.drawPixmap(top->mapToGlobal(QPoint(0, 0)) - origin, top->grab());
     }
@@ -560,6 +608,13 @@ void HeadlessTour::HandleMenu(const QString &actionText, const QString &screensh
             chosen = action;
     }
     Note(QStringLiteral("menu: ") + entries.join(QLatin1String(" | ")));
+    if (actionText.isEmpty()) {
+        // Only looked at: the picture, then the menu closes unused.
+        if (!screenshot.isEmpty())
+            Shot(screenshot, m_shotWindow);
+        menu->close();
+        return;
+    }
     if (!chosen) {
         Note(QStringLiteral("\"%1\" is not in the menu or disabled").arg(actionText));
         menu->close();

@@ -17,7 +17,8 @@ class SignalLog;
  * popup, right clicks that open the tab menu, a mouse gesture, shortcut keys) and
  * writes into its folder:
  * - NN-name.png: the window after each step, with any popup (menu, gesture toast)
- *   drawn where it stands;
+ *   drawn where it stands; the last two show the window made anew in German and in
+ *   Hebrew (right to left) with a tab's menu open;
  * - signals.log: every signal the tab bar emitted, one per line, under a
  *   "== step" heading per step;
  * - tour.log: what the tour did and saw, step by step;
@@ -62,10 +63,12 @@ private:
     void StepKeyboard();
     void StepDpi();
     void StepClassic();
+    void StepLanguages();
 
     void Begin(const QString &title);
     void Note(const QString &text);
-    void Shot(const QString &name);
+    /** Writes a screenshot of @p window (the tour's window by default) with the popups over it. */
+    void Shot(const QString &name, QWidget *window = nullptr);
     void Settle(int ms);
 
     void WaitForStripToRest();
@@ -87,4 +90,5 @@ private:
     QStringList m_narrative;
     int m_shots = 0;
     bool m_menuSeen = false;
+    QWidget *m_shotWindow = nullptr; // the window HandleMenu() pictures, when not the tour's
 };
