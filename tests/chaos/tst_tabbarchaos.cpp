@@ -187,6 +187,7 @@ private:
     void Drag();
     void Menu();
     void Resize();
+    void FlipDirection();
     void ChangeDpi();
     void Wheel();
     void Leave(bool wait);
@@ -615,6 +616,8 @@ void TstTabBarChaos::Step()
         m_bar->SetFirstIndex(first);
     } else if (roll < 980)
         ChangePolicy();
+    else if (roll < 986)
+        FlipDirection();
     else {
         Log(QStringLiteral("events"));
         QCoreApplication::processEvents();
@@ -637,6 +640,14 @@ void TstTabBarChaos::Resize()
     if (size != m_bar->size())
         m_policyChanged = false;
     m_bar->resize(size);
+}
+
+// The host turns the bar's layout direction round (a language switch, say).
+void TstTabBarChaos::FlipDirection()
+{
+    const Qt::LayoutDirection direction = m_bar->isRightToLeft() ? Qt::LeftToRight : Qt::RightToLeft;
+    Log(direction == Qt::RightToLeft ? QStringLiteral("right to left") : QStringLiteral("left to right"));
+    m_bar->setLayoutDirection(direction);
 }
 
 void TstTabBarChaos::ChangeDpi()
@@ -755,6 +766,8 @@ void TstTabBarChaos::Drag()
             break;
         const QPoint global = m_bar->mapToGlobal(QPoint(Between(-100, m_bar->width() + 100), m_bar->height() / 2));
         Log(QStringLiteral("  drag to %1").arg(global.x()));
+        if (Chance(3))
+            FlipDirection(); // mid-drag: the tab may jump, but stays in the bar
         QCursor::setPos(global);
         QMouseEvent move(QEvent::MouseMove, proxy->mapFromGlobal(global), global, Qt::NoButton, Qt::LeftButton,
                          Qt::NoModifier);
