@@ -255,13 +255,6 @@ void BrowserTabButton::UpdateLayoutOnly()
     d->UpdateTextGeometry();
 }
 
-void BrowserTabButtonPrivate::DirectionChanged()
-{
-    Q_Q(BrowserTabButton);
-    q->UpdateLayoutOnly();
-    q->update();
-}
-
 void BrowserTabButton::UpdateLayout()
 {
     Q_D(BrowserTabButton);

@@ -43,5 +43,4 @@ public:
     void LoadStart() override;
     void LoadFinished() override;
     void UpdateIcon() override;
-    void DirectionChanged() override;
 };

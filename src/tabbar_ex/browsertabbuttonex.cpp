@@ -460,8 +460,7 @@ void BrowserTabButtonExPrivate::UpdateLayout()
 void BrowserTabButtonExPrivate::DirectionChanged()
 {
     if (form)
-        TabGeometry::SetMirroredStyle(form->content);
-    UpdateLayout();
+        TabGeometry::SetMirroredStyle(form->content); // the separator changes sides
 }
 
 void BrowserTabButtonExPrivate::UpdateTextGeometry()

@@ -63,7 +63,6 @@ int BrowserTabBarBasePrivate::Scaled(int designPixels) const
 
 void BrowserTabBarBasePrivate::DirectionChanged()
 {
-    Relayout();
     UpdateFocusRing();
 }
 
@@ -939,9 +938,11 @@ bool BrowserTabBarBase::event(QEvent *event)
         d->Retranslate();
     // Qt has passed the new direction down to every child before it tells the bar.
     if (event->type() == QEvent::LayoutDirectionChange) {
+        TabGeometry::MirrorDescendants(this);
         for (BrowserTabButtonBase *button : qAsConst(d->buttons))
             button->d_func()->DirectionChanged();
         d->DirectionChanged();
+        update(); // the tabs' pictures and texts are drawn the other way round
     }
     return QFrame::event(event);
 }

@@ -218,7 +218,7 @@ public:
     virtual void PrepareMenu(const TabDataPtr &tab) = 0;
     /** Re-applies the scaled sizes after a DPI change. */
     virtual void AdjustForDpi() = 0;
-    /** The layout direction changed (the buttons have laid themselves out again). */
+    /** The layout direction changed; every widget is already in its mirrored place. */
     virtual void DirectionChanged();
     /**
      * A press on @p button may begin a drag. Returns false when this tab does not move;

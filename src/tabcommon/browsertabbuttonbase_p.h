@@ -67,6 +67,6 @@ public:
     virtual void UpdateIcon() = 0;
     /** A left press on a tab that may be dragged, just before SigButtonPressed(). */
     virtual void LeftPressed() {}
-    /** The layout direction changed: the button lays its widgets out again, mirrored or not. */
-    virtual void DirectionChanged() = 0;
+    /** The layout direction changed; the widgets are already in their mirrored places. */
+    virtual void DirectionChanged() {}
 };

@@ -72,6 +72,22 @@ inline void ShiftChildren(QWidget *widget, int dx)
 }
 
 /**
+ * Mirrors every widget below @p widget in its parent, for a change of layout
+ * direction: each keeps its logical place, whatever laid it out (a layout, a drag, a
+ * bar without tabs that lays nothing out).
+ */
+inline void MirrorDescendants(QWidget *widget)
+{
+    const QList<QWidget *> children = widget->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget *child : children) {
+        if (child->isWindow())
+            continue;
+        child->move(widget->width() - child->x() - child->width(), child->y());
+        MirrorDescendants(child);
+    }
+}
+
+/**
  * Fixes @p widget to @p size (negative sizes are taken as 0) unless it already is.
  * Mirrored, a change of width keeps the widget's logical place (its right edge) and
  * the logical places of its children, in one geometry change.

@@ -8,6 +8,7 @@
 #include "dpitool.h"
 #include "keltabstyle.h"
 
+#include <QHash>
 #include <QSet>
 
 #include <functional>
@@ -41,6 +42,8 @@ private Q_SLOTS:
     void switchingTabsRepaintsLittle();
     void mirroredStripIsTheMirrorImage_data();
     void mirroredStripIsTheMirrorImage();
+    void directionChangeKeepsEveryLogicalPlace_data();
+    void directionChangeKeepsEveryLogicalPlace();
 
 private:
     std::unique_ptr<BrowserTabBarBase> MakeBar(Kind kind, int tabs);
@@ -380,6 +383,45 @@ void TstBrowserTabBarBase::mirroredStripIsTheMirrorImage()
     // And back: the same picture as before.
     b->setLayoutDirection(Qt::LeftToRight);
     QCOMPARE(b->grab().toImage(), ltr);
+}
+
+void TstBrowserTabBarBase::directionChangeKeepsEveryLogicalPlace_data()
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<int>("tabs");
+    BothBars::ForEachBar([](const char *prefix, Kind kind) {
+        // Nothing to lay out: the frames and the new-tab button turn round all the same.
+        QTest::addRow("%sno tabs", prefix) << kind << 0;
+        QTest::addRow("%sfive tabs", prefix) << kind << 5;
+        QTest::addRow("%sthirty tabs", prefix) << kind << 30;
+    });
+}
+
+// Turned round at run time, every widget of the strip keeps its place counted from
+// the strip's start, as if the bar had been made in the new direction.
+void TstBrowserTabBarBase::directionChangeKeepsEveryLogicalPlace()
+{
+    QFETCH(Kind, bar);
+    QFETCH(int, tabs);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, tabs);
+    const auto places = [&b] {
+        QHash<QWidget *, QRect> geometry;
+        const QList<QWidget *> widgets = b->findChildren<QWidget *>();
+        for (QWidget *widget : widgets) {
+            if (!widget->isWindow())
+                geometry.insert(widget, KelTest::LogicalGeometry(widget));
+        }
+        return geometry;
+    };
+    const Qt::LayoutDirection other = b->isRightToLeft() ? Qt::LeftToRight : Qt::RightToLeft;
+    const QHash<QWidget *, QRect> before = places();
+    QVERIFY(before.size() >= 2); // at the least the frames
+    b->setLayoutDirection(other);
+    QCOMPARE(b->layoutDirection(), other);
+    const QHash<QWidget *, QRect> after = places();
+    QCOMPARE(after.size(), before.size());
+    for (auto it = before.cbegin(); it != before.cend(); ++it)
+        QVERIFY2(after.value(it.key()) == it.value(), qPrintable(it.key()->objectName()));
 }
 
 KELTAB_TEST_MAIN(TstBrowserTabBarBase)

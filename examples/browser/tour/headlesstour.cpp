@@ -413,14 +413,13 @@ void HeadlessTour::StepLanguages()
             continue;
         }
         m_menuSeen = false;
-        m_shotWindow = &window;
         const QString name = language + QStringLiteral("-context-menu");
-        QTimer::singleShot(kMenuDelayMs, this, [this, name] { HandleMenu(QString(), name); });
+        QWidget *shown = &window;
+        QTimer::singleShot(kMenuDelayMs, this, [this, name, shown] { HandleMenu(QString(), name, shown); });
         const QPoint centre = button->rect().center();
         SendMouse(button, QEvent::MouseButtonPress, centre, Qt::RightButton, Qt::RightButton);
         SendMouse(button, QEvent::MouseButtonRelease, centre, Qt::RightButton, Qt::NoButton);
         Settle(kMenuDelayMs + 150);
-        m_shotWindow = nullptr;
         if (!m_menuSeen)
             Note(QStringLiteral("the bar opened no menu"));
     }
@@ -586,7 +585,7 @@ QString HeadlessTour::TabTitles() const
     return QStringLiteral("%1: ").arg(titles.size()) + titles.join(QLatin1String(" | "));
 }
 
-void HeadlessTour::HandleMenu(const QString &actionText, const QString &screenshot)
+void HeadlessTour::HandleMenu(const QString &actionText, const QString &screenshot, QWidget *window)
 {
     auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
     if (!menu)
@@ -611,7 +610,7 @@ void HeadlessTour::HandleMenu(const QString &actionText, const QString &screensh
     if (actionText.isEmpty()) {
         // Only looked at: the picture, then the menu closes unused.
         if (!screenshot.isEmpty())
-            Shot(screenshot, m_shotWindow);
+            Shot(screenshot, window);
         menu->close();
         return;
     }
@@ -622,7 +621,7 @@ void HeadlessTour::HandleMenu(const QString &actionText, const QString &screensh
     }
     menu->setActiveAction(chosen);
     if (!screenshot.isEmpty())
-        Shot(screenshot);
+        Shot(screenshot, window);
     // Chosen as a user would with the keyboard: the menu triggers the entry and closes.
     QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
     QApplication::sendEvent(menu, &enter);

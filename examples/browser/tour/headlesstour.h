@@ -81,7 +81,8 @@ private:
     QWidget *CloseButtonOf(QWidget *tabButton) const;
     int IndexOfButton(QWidget *tabButton) const;
     QString TabTitles() const;
-    void HandleMenu(const QString &actionText, const QString &screenshot);
+    /** Reads the open menu and chooses @p actionText; an empty one only pictures the menu over @p window. */
+    void HandleMenu(const QString &actionText, const QString &screenshot, QWidget *window = nullptr);
     bool WriteFiles();
 
     BrowserWindow *m_window;
@@ -90,5 +91,4 @@ private:
     QStringList m_narrative;
     int m_shots = 0;
     bool m_menuSeen = false;
-    QWidget *m_shotWindow = nullptr; // the window HandleMenu() pictures, when not the tour's
 };
