@@ -2,6 +2,7 @@
 #include "browsertabbuttonbg.h"
 
 #include "dpitool.h"
+#include "tabworkcounter_p.h"
 
 #include <QPainter>
 #include <QPixmap>
@@ -101,6 +102,7 @@ std::unique_ptr<QPixmap> BrowserTabButtonBg::Build(Kind kind)
         return nullptr;
 
     ++m_buildCount;
+    TabWorkCounter::Add(TabWorkCounter::BackgroundRender);
     const int height = DpiTool::ScaleDefault(kButtonHeight);
     auto result = std::make_unique<QPixmap>(m_width, height);
     result->fill(Qt::transparent);

@@ -79,6 +79,12 @@ int BrowserTabBarBasePrivate::LogicalX(const QPoint &globalPos) const
     return q_func()->isRightToLeft() ? -globalPos.x() : globalPos.x();
 }
 
+bool BrowserTabBarBasePrivate::IsListedButton(const QObject *object)
+{
+    const auto *button = qobject_cast<const BrowserTabButtonBase *>(object);
+    return button && button->d_func()->listed;
+}
+
 int BrowserTabBarBasePrivate::InsertButton(int index, BrowserTabButtonBase *button)
 {
     Q_Q(BrowserTabBarBase);
@@ -87,6 +93,7 @@ int BrowserTabBarBasePrivate::InsertButton(int index, BrowserTabButtonBase *butt
     QObject::connect(button, &BrowserTabButtonBase::SigMenuClicked, q, &BrowserTabBarBase::SlotMenuClicked);
     QObject::connect(button, &BrowserTabButtonBase::SigButtonPressed, q, &BrowserTabBarBase::SlotButtonPressed);
     button->lower();
+    button->d_func()->listed = true;
     index = qBound(0, index, buttons.size());
     buttons.insert(index, button);
     if (index <= currentIndex)
@@ -440,6 +447,7 @@ BrowserTabBarBase::~BrowserTabBarBase()
     const QList<BrowserTabButtonBase *> all = findChildren<BrowserTabButtonBase *>();
     for (BrowserTabButtonBase *button : all) {
         disconnect(button, nullptr, this, nullptr);
+        button->d_func()->listed = false;
         button->DetachFromBar();
     }
     d->buttons.clear();
@@ -533,6 +541,7 @@ void BrowserTabBarBase::removeTab(int index)
 
     const bool hadFocus = d->focusButton == button;
     d->buttons.removeAt(index);
+    button->d_func()->listed = false;
     // A button waiting for deletion must not reach the bar any more.
     disconnect(button, nullptr, this, nullptr);
     // Told while the button still exists, so that a client can still ask about it.

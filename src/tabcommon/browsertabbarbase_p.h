@@ -135,6 +135,11 @@ public:
 
     /** Wires a new button's signals to the bar's slots and takes it into the list. */
     int InsertButton(int index, BrowserTabButtonBase *button);
+    /**
+     * Whether @p object is a tab button in its bar's list: false for the button of a
+     * removed tab that waits for its deletion, and for anything that is not a button.
+     */
+    static bool IsListedButton(const QObject *object);
     /** Gives the move proxy to the bar and wires it. */
     void SetMoveProxy(TabMoveProxy *proxy);
     /** Index of the tab whose menu was opened, -1 once it is gone; updates menuIndex. */

@@ -117,6 +117,7 @@ protected:
 private:
     Q_DECLARE_PRIVATE(BrowserTabButtonBase)
     friend class BrowserTabBarBase;
+    friend class BrowserTabBarBasePrivate;
     // The bar is going away: from now on the button asks it nothing.
     void DetachFromBar();
 };

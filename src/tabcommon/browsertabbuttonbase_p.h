@@ -29,6 +29,7 @@ public:
     bool pressed = false; // being dragged by the bar
     bool loading = false; // the page is loading
     bool hovered = false; // the pointer is over the button
+    bool listed = false;  // in its bar's list of tabs (false once removed, while it waits for deletion)
     QPointer<BrowserTabBarBase> bar;
     TabDataPtr tabData;
     QString requestedIconUrl; // the address last asked of the image cache

@@ -46,14 +46,19 @@ inline int X(const QWidget *widget)
     return Pos(widget).x();
 }
 
-/** Moves @p widget to the logical position @p pos (it must have its final width). */
-inline void Move(QWidget *widget, const QPoint &pos)
+/**
+ * Moves @p widget to the logical position @p pos (it must have its final width).
+ * Returns whether it moved.
+ */
+inline bool Move(QWidget *widget, const QPoint &pos)
 {
     const QWidget *parent = widget->parentWidget();
     const QPoint visual = Mirrored(parent) ? QPoint(VisualX(true, parent->width(), pos.x(), widget->width()), pos.y())
                                            : pos;
-    if (widget->pos() != visual)
-        widget->move(visual);
+    if (widget->pos() == visual)
+        return false;
+    widget->move(visual);
+    return true;
 }
 
 /**
@@ -90,18 +95,19 @@ inline void MirrorDescendants(QWidget *widget)
 /**
  * Fixes @p widget to @p size (negative sizes are taken as 0) unless it already is.
  * Mirrored, a change of width keeps the widget's logical place (its right edge) and
- * the logical places of its children, in one geometry change.
+ * the logical places of its children, in one geometry change. Returns whether anything
+ * changed.
  */
-inline void SetFixedSize(QWidget *widget, QSize size)
+inline bool SetFixedSize(QWidget *widget, QSize size)
 {
     size = size.expandedTo(QSize(0, 0));
     if (widget->minimumSize() == size && widget->maximumSize() == size && widget->size() == size)
-        return;
+        return false;
     const int delta = size.width() - widget->width();
     const bool mirroredInParent = Mirrored(widget->parentWidget());
     if (delta == 0 || (!mirroredInParent && !widget->isRightToLeft())) {
         widget->setFixedSize(size);
-        return;
+        return true;
     }
     // Before the resize, so that the widget's own resize handling finds its children
     // where their logical places are in the new width.
@@ -112,11 +118,12 @@ inline void SetFixedSize(QWidget *widget, QSize size)
     widget->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
     widget->setGeometry(x, widget->y(), size.width(), size.height());
     widget->setFixedSize(size);
+    return true;
 }
 
-inline void SetFixedWidth(QWidget *widget, int width)
+inline bool SetFixedWidth(QWidget *widget, int width)
 {
-    SetFixedSize(widget, QSize(width, widget->height()));
+    return SetFixedSize(widget, QSize(width, widget->height()));
 }
 
 /**
