@@ -3,16 +3,17 @@
 
 #include "browsertabbar_p.h"
 #include "browsertabbutton.h"
+#include "browsertabbutton_p.h"
 #include "browsertabmoveproxy.h"
 #include "dpitool.h"
 #include "kelmenu.h"
 #include "kelpushbuttonhover.h"
 #include "tabdragorder_p.h"
 #include "tabgeometry_p.h"
+#include "tabworkcounter_p.h"
 
 #include <QAction>
 #include <QFrame>
-#include <QSet>
 #include <QVector>
 
 namespace {
@@ -40,6 +41,12 @@ constexpr int kMenuRecovery = 5;
 int S(int value)
 {
     return DpiTool::ScaleDefault(value);
+}
+
+void CountIf(bool changed)
+{
+    if (changed)
+        TabWorkCounter::Add(TabWorkCounter::ButtonGeometry);
 }
 
 } // namespace
@@ -103,7 +110,8 @@ BrowserTabButton *BrowserTabBarPrivate::Button(int index) const
 BrowserTabButtonBase *BrowserTabBarPrivate::CreateButton(const TabDataPtr &tab, const QString &iconPath, bool loading)
 {
     Q_Q(BrowserTabBar);
-    return new BrowserTabButton(tab, iconPath, loading, q, contentWidget);
+    // Without its inner widgets: the layout that follows makes them if the tab is in view.
+    return new BrowserTabButton(tab, iconPath, loading, q, contentWidget, false);
 }
 
 void BrowserTabBarPrivate::Relayout()
@@ -143,27 +151,40 @@ bool BrowserTabBarPrivate::RestackAfterSwitch(int previous)
     // The stack an ordinary switch leaves, bottom to top: the other tabs from the last
     // to the first, the previous tab (raised when it became current), then the current
     // one (raised by SetChecked). Anything else (a tab inserted, a drag) restacks all.
-    QVector<const QObject *> expected;
-    expected.reserve(buttons.size());
-    for (int i = buttons.size() - 1; i >= 0; --i) {
-        if (i != previous && i != currentIndex)
-            expected.append(buttons.at(i));
-    }
-    if (old)
-        expected.append(old);
-    if (current)
-        expected.append(current);
-    const QSet<const QObject *> inList(expected.cbegin(), expected.cend());
-    int next = 0;
+    // The expected order is walked without being built: a switch among thousands of
+    // tabs should not allocate for them.
+    int other = buttons.size() - 1;
+    int stage = 0; // 0: the other tabs, 1: the previous tab, 2: the current tab, 3: none left
+    const auto nextExpected = [&]() -> const QObject * {
+        if (stage == 0) {
+            while (other >= 0 && (other == previous || other == currentIndex))
+                --other;
+            if (other >= 0)
+                return buttons.at(other--);
+            stage = 1;
+        }
+        if (stage == 1) {
+            stage = 2;
+            if (old)
+                return old;
+        }
+        if (stage == 2) {
+            stage = 3;
+            if (current)
+                return current;
+        }
+        return nullptr;
+    };
+    const QObject *expected = nextExpected();
     for (const QObject *child : contentWidget->children()) {
         // Buttons of removed tabs wait hidden for their deletion: not part of the order.
-        if (!inList.contains(child))
+        if (!IsListedButton(child))
             continue;
-        if (next >= expected.size() || child != expected.at(next))
+        if (!expected || child != expected)
             return false;
-        ++next;
+        expected = nextExpected();
     }
-    if (next != expected.size())
+    if (expected)
         return false;
     if (!old)
         return true;
@@ -201,6 +222,8 @@ void BrowserTabBarPrivate::AdjustForDpi()
     Q_Q(BrowserTabBar);
     // Backgrounds of the old height must go even when the width stays the same.
     buttonBg.Clear();
+    for (Backgrounds &kept : backgrounds)
+        kept = Backgrounds();
     newTabButton->setFixedSize(S(kNewTabButtonSize), S(kNewTabButtonSize));
     q->setMinimumHeight(q->ButtonMarginTop() + q->ButtonHeight());
     ResizeButtons();
@@ -226,13 +249,39 @@ void BrowserTabBar::HideNewTabButton()
 QPixmap *BrowserTabBar::GetButtonBg(int width, bool checked, bool hovered)
 {
     Q_D(BrowserTabBar);
-    return d->buttonBg.GetButtonBg(width, checked, hovered);
+    return d->ButtonBg(width, checked, hovered);
 }
 
 int BrowserTabBar::ButtonBgBuildCount() const
 {
     Q_D(const BrowserTabBar);
     return d->buttonBg.BuildCount();
+}
+
+QPixmap *BrowserTabBarPrivate::ButtonBg(int width, bool checked, bool hovered)
+{
+    if (width <= 0)
+        return buttonBg.GetButtonBg(width, checked, hovered);
+    Backgrounds *kept = nullptr;
+    for (Backgrounds &candidate : backgrounds) {
+        if (candidate.width == width) {
+            kept = &candidate;
+            break;
+        }
+        // Else the set that served least recently (an empty one first).
+        if (!kept || candidate.used < kept->used)
+            kept = &candidate;
+    }
+    if (kept->width != width) {
+        const auto copy = [](const QPixmap *pixmap) { return pixmap ? *pixmap : QPixmap(); };
+        kept->width = width;
+        kept->front = copy(buttonBg.GetButtonBg(width, true, false));
+        kept->back = copy(buttonBg.GetButtonBg(width, false, false));
+        kept->backHover = copy(buttonBg.GetButtonBg(width, false, true));
+    }
+    kept->used = ++backgroundClock;
+    QPixmap *pixmap = checked ? &kept->front : (hovered ? &kept->backHover : &kept->back);
+    return pixmap->isNull() ? nullptr : pixmap;
 }
 
 int BrowserTabBar::ButtonMarginRight() const
@@ -297,14 +346,24 @@ void BrowserTabBarPrivate::SizeButtons()
     const int height = q->ButtonHeight();
     const int spacing = q->ButtonSpacing();
     const int n = buttons.size();
+    int fixedButtonWidth = 0;
     if (fixedCount > 0) {
-        const int fixedButtonWidth = (q->FixedTabTotalWidth() - spacing) / fixedCount + spacing;
+        fixedButtonWidth = (q->FixedTabTotalWidth() - spacing) / fixedCount + spacing;
         for (int i = 0; i < fixedCount && i < n; ++i)
-            TabGeometry::SetFixedSize(buttons.at(i), QSize(fixedButtonWidth, height));
+            CountIf(TabGeometry::SetFixedSize(buttons.at(i), QSize(fixedButtonWidth, height)));
     }
     for (int i = fixedCount; i < n; ++i) {
         const int width = buttonWidth + ((i - fixedCount) < extraPixels ? 1 : 0);
-        TabGeometry::SetFixedSize(buttons.at(i), QSize(width, height));
+        CountIf(TabGeometry::SetFixedSize(buttons.at(i), QSize(width, height)));
+    }
+
+    // Backgrounds kept for widths no tab has any more only hold memory.
+    for (Backgrounds &kept : backgrounds) {
+        const bool inUse = (kept.width == fixedButtonWidth && fixedCount > 0 && n > 0)
+                           || (kept.width == buttonWidth && n > fixedCount)
+                           || (kept.width == buttonWidth + 1 && extraPixels > 0 && n > fixedCount);
+        if (kept.width > 0 && !inUse)
+            kept = Backgrounds();
     }
 }
 
@@ -341,7 +400,7 @@ void BrowserTabBarPrivate::ResetButtons()
 
     const int fixedStep = fixedCount >= 1 ? (fixedWidth - spacing) / fixedCount + spacing : 0;
     for (int i = 0; i < fixedCount && i < n; ++i)
-        TabGeometry::Move(buttons.at(i), QPoint((fixedStep - spacing) * i, top));
+        CountIf(TabGeometry::Move(buttons.at(i), QPoint((fixedStep - spacing) * i, top)));
 
     const int offset = fixedCount > 0 ? fixedWidth - spacing : 0;
     for (int i = fixedCount; i < n; ++i) {
@@ -349,7 +408,7 @@ void BrowserTabBarPrivate::ResetButtons()
         if (button->IsPressed())
             continue; // the held tab stays under the pointer
         const int k = i - fixedCount;
-        TabGeometry::Move(button, QPoint((buttonWidth - spacing) * k + qMin(k, extraPixels) + offset, top));
+        CountIf(TabGeometry::Move(button, QPoint((buttonWidth - spacing) * k + qMin(k, extraPixels) + offset, top)));
     }
     SetContentWidth();
 }
@@ -385,6 +444,19 @@ void BrowserTabBarPrivate::SetContentWidth()
     else
         x = TabGeometry::X(contentWidget) + contentWidget->width() + q->ButtonMarginRight();
     TabGeometry::Move(newTabButton, QPoint(x, y));
+    UpdateButtonForms();
+}
+
+void BrowserTabBarPrivate::UpdateButtonForms()
+{
+    // Tabs past the strip's end are cut off by it: they need no inner widgets until
+    // they come into view.
+    const int visibleWidth = contentWidget->width();
+    for (int i = 0; i < buttons.size(); ++i) {
+        BrowserTabButton *button = Button(i);
+        const int x = TabGeometry::X(button);
+        button->d_func()->ShowForm(x < visibleWidth && x + button->width() > 0);
+    }
 }
 
 // ---------------------------------------------------------------------------

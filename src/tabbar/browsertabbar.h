@@ -42,9 +42,10 @@ public:
     /** Hides the new-tab button for good: it stays hidden after drags too. */
     void HideNewTabButton();
     /**
-     * The painted background for a tab button, from the bar's shared cache.
-     * @return a pixmap owned by the bar, valid until a button of another width asks;
-     * null for a width of 0 or less.
+     * The painted background for a tab button, from the bar's shared caches: one for
+     * each of the few widths its tabs have at a time.
+     * @return a pixmap owned by the bar, valid until buttons of several other widths
+     * have asked; null for a width of 0 or less.
      */
     QPixmap *GetButtonBg(int width, bool checked, bool hovered);
 

@@ -8,6 +8,8 @@
 #include "browsertabbar.h"
 #include "browsertabbuttonbg.h"
 
+#include <QPixmap>
+
 class BrowserTabButton;
 class KelPushButtonHover;
 class QFrame;
@@ -25,7 +27,23 @@ public:
     KelPushButtonHover *newTabButton = nullptr;
     bool showNewTabButton = true;         // cleared for good by HideNewTabButton()
     bool closeButtonsShown = false;       // buttonWidth was above NoCloseButtonWidth at the last sizing
-    BrowserTabButtonBg buttonBg;          // one background cache for all buttons: they share a width
+    // The painted backgrounds of the tabs. The movable tabs share one width, the first
+    // extraPixels of them are a pixel wider, and fixed tabs have their own: the cache
+    // builds for one width at a time, so the bar keeps what it built for the last few
+    // widths (copies share the pixels). With the cache alone, painting the strip would
+    // stretch the images again at every change between those widths, several times
+    // per paint.
+    BrowserTabButtonBg buttonBg;
+    struct Backgrounds
+    {
+        int width = 0;
+        QPixmap front, back, backHover;
+        quint64 used = 0; // when it last served, so that the oldest makes room
+    };
+    static constexpr int kBackgroundWidths = 3;
+    Backgrounds backgrounds[kBackgroundWidths];
+    quint64 backgroundClock = 0;
+    QPixmap *ButtonBg(int width, bool checked, bool hovered);
 
     BrowserTabButton *Button(int index) const;
     void InitContent();
@@ -35,6 +53,8 @@ public:
     void ResizeLastButtons();
     void ResetButtons();
     void SetContentWidth();
+    /** Gives the tabs in view their inner widgets and takes them from the others. */
+    void UpdateButtonForms();
     void SortButtons();
     /**
      * After a switch from @p previous that left the stack as a switch does, puts the

@@ -9,6 +9,8 @@
 #include "kelpushbutton.h"
 #include "tabgeometry_p.h"
 #include "tabpointer_p.h"
+#include "tabrestyle_p.h"
+#include "tabworkcounter_p.h"
 #include "uiutils.h"
 
 #include <QIcon>
@@ -34,8 +36,30 @@ QString LoadingImage()
 // its name at that time; polishing it before then is work done twice.
 void Restyle(QWidget *widget)
 {
-    if (widget->testAttribute(Qt::WA_WState_Polished))
+    if (widget->testAttribute(Qt::WA_WState_Polished)) {
+        TabWorkCounter::Add(TabWorkCounter::Repolish);
         UIUtils::UpdateStyle(widget);
+    }
+}
+
+// After the button took another name: a child whose rules cannot tell the button's
+// names apart would come out of a re-polish as it went in, so only the others are
+// re-polished. A child that no longer bears the name it was given (a host renamed it)
+// is re-polished too, as it would have been before.
+void RestyleForButtonName(QWidget *widget, const QString &givenName)
+{
+    if (widget->objectName() != givenName || TabRestyle::LookFollowsAncestors(widget))
+        Restyle(widget);
+}
+
+QString TitleName()
+{
+    return QStringLiteral("TabButtonText");
+}
+
+QString CloseName()
+{
+    return QStringLiteral("TabButtonCloseBtn");
 }
 
 } // namespace
@@ -51,17 +75,26 @@ BrowserTabBar *BrowserTabButtonPrivate::Bar() const
 
 BrowserTabButton::BrowserTabButton(TabDataPtr tabData, const QString &iconPath, bool loading,
                                    BrowserTabBar *bar, QWidget *parent)
+    : BrowserTabButton(std::move(tabData), iconPath, loading, bar, parent, true)
+{
+}
+
+BrowserTabButton::BrowserTabButton(TabDataPtr tabData, const QString &iconPath, bool loading,
+                                   BrowserTabBar *bar, QWidget *parent, bool withForm)
     : BrowserTabButtonBase(*new BrowserTabButtonPrivate, std::move(tabData), iconPath, loading, bar, parent)
 {
     Q_D(BrowserTabButton);
-    d->InitForm();
+    d->InitFrame();
+    // A home-page tab keeps its form for good: its frame is all it shows.
+    if (withForm || d->IsHomePage())
+        d->CreateForm();
     d->SetChecked(false);
     d->InitButton();
 }
 
 BrowserTabButton::~BrowserTabButton() = default;
 
-void BrowserTabButtonPrivate::InitForm()
+void BrowserTabButtonPrivate::InitFrame()
 {
     Q_Q(BrowserTabButton);
     if (q->objectName().isEmpty())
@@ -71,15 +104,18 @@ void BrowserTabButtonPrivate::InitForm()
     q->setContextMenuPolicy(Qt::NoContextMenu);
     q->setWindowTitle(QStringLiteral("BrowserTabButtonBase"));
     q->setLineWidth(0);
+}
 
-    homePage = new QFrame(q);
-    homePage->setObjectName(QStringLiteral("TabButtonHomePage"));
-    homePage->setGeometry(12, 0, 54, 32);
-    homePage->setFrameShape(QFrame::NoFrame);
-    homePage->setFrameShadow(QFrame::Plain);
-    homePage->setLineWidth(0);
-
+void BrowserTabButtonPrivate::CreateForm()
+{
+    Q_Q(BrowserTabButton);
+    // The home-page frame and the loading animation are made when first needed: most
+    // tabs never show the one, and show the other only while a page loads. Each
+    // widget under a style sheet costs kilobytes of style data.
     content = new QFrame(q);
+    // Beneath whatever was made on the button before it (a focus ring), as if it had
+    // been made first.
+    content->lower();
     content->setObjectName(QStringLiteral("TabButtonContent"));
     content->setGeometry(66, 0, 98, 28);
     content->setFrameShape(QFrame::NoFrame);
@@ -95,25 +131,95 @@ void BrowserTabButtonPrivate::InitForm()
     icon->setSizePolicy(iconPolicy);
     icon->setText(QString());
 
-    loadingLabel = new KelLoadingLabelEx(content);
-    loadingLabel->setObjectName(QStringLiteral("TabButtonLoading"));
-    loadingLabel->setGeometry(16, 6, 16, 16);
-    loadingLabel->setText(QString());
-
     title = new KelLabel(content);
-    title->setObjectName(QStringLiteral("TabButtonText"));
+    title->setObjectName(TitleName());
     title->setGeometry(32, 6, 50, 16);
     title->setMinimumSize(0, 0);
     title->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    title->setStyleSheet(QString());
     title->setTextFormat(Qt::PlainText);
     title->setMargin(0);
     title->setText(QString());
 
     closeButton = new KelPushButton(0, 0, content);
-    closeButton->setObjectName(QStringLiteral("TabButtonCloseBtn"));
+    closeButton->setObjectName(CloseName());
     closeButton->setGeometry(86, 8, 12, 12);
     closeButton->setCursor(Qt::PointingHandCursor);
+
+    if (!IsHomePage())
+        QObject::connect(closeButton, &QPushButton::clicked, q, &BrowserTabButtonBase::SlotCloseClicked);
+    // A click on the icon is a click on the tab.
+    icon->setAttribute(Qt::WA_TransparentForMouseEvents);
+    iconShownOnce = false;
+    if (loading)
+        LoadingLabel()->StartAnimation(kLoadingIntervalMs);
+}
+
+void BrowserTabButtonPrivate::ShowForm(bool shown)
+{
+    Q_Q(BrowserTabButton);
+    if (shown == bool(content))
+        return;
+    if (shown) {
+        CreateForm();
+        // What the form shows follows from the button's state; it is shown (and so
+        // polished) once its widgets bear their names.
+        q->UpdateLayout();
+        q->UpdateCloseButton();
+        if (hovered) {
+            closeButton->show();
+            UpdateTextGeometry();
+        }
+        content->show();
+        return;
+    }
+    // A tab under the pointer or held keeps its form; so does a home-page tab.
+    if (hovered || pressed || IsHomePage())
+        return;
+    // Deleted later: the form may be inside one of its own signals (a close button's
+    // click whose receiver rearranged the tabs).
+    QFrame *form = content;
+    content = nullptr;
+    icon = nullptr;
+    title = nullptr;
+    closeButton = nullptr;
+    loadingLabel = nullptr;
+    form->hide();
+    form->deleteLater();
+}
+
+QFrame *BrowserTabButtonPrivate::HomePage()
+{
+    Q_Q(BrowserTabButton);
+    if (homePage)
+        return homePage;
+    homePage = new QFrame(q);
+    homePage->setObjectName(QStringLiteral("TabButtonHomePage"));
+    homePage->setGeometry(12, 0, 54, 32);
+    homePage->setFrameShape(QFrame::NoFrame);
+    homePage->setFrameShadow(QFrame::Plain);
+    homePage->setLineWidth(0);
+    // Beneath the content, where it would lie had it been made with it.
+    homePage->stackUnder(content);
+    homePage->hide();
+    return homePage;
+}
+
+KelLoadingLabelEx *BrowserTabButtonPrivate::LoadingLabel()
+{
+    Q_Q(BrowserTabButton);
+    if (loadingLabel)
+        return loadingLabel;
+    loadingLabel = new KelLoadingLabelEx(content);
+    loadingLabel->setObjectName(QStringLiteral("TabButtonLoading"));
+    loadingLabel->setGeometry(16, 6, 16, 16);
+    loadingLabel->setText(QString());
+    loadingLabel->SetImage(LoadingImage());
+    // Between the icon and the title, the place it would have had from the start.
+    loadingLabel->stackUnder(title);
+    loadingLabel->hide();
+    if (!IsHomePage())
+        TabGeometry::Move(loadingLabel, QPoint(0, (content->height() - S(16)) / 2));
+    return loadingLabel;
 }
 
 void BrowserTabButtonPrivate::InitButton()
@@ -127,21 +233,11 @@ void BrowserTabButtonPrivate::InitButton()
         tabData->SetTitle(TabData::GetNewTabName());
 
     if (IsHomePage()) {
-        homePage->show();
+        HomePage()->show();
         content->hide();
-    } else {
-        homePage->hide();
+    } else if (content) {
         content->show();
-        QObject::connect(closeButton, &QPushButton::clicked, q, &BrowserTabButtonBase::SlotCloseClicked);
     }
-
-    // A click on the icon is a click on the tab.
-    icon->setAttribute(Qt::WA_TransparentForMouseEvents);
-
-    loadingLabel->SetImage(LoadingImage());
-    loadingLabel->hide();
-    if (loading)
-        loadingLabel->StartAnimation(kLoadingIntervalMs);
 
     ChooseIconSource();
 
@@ -153,6 +249,8 @@ void BrowserTabButtonPrivate::InitButton()
 
 void BrowserTabButtonPrivate::SetTitle(const QString &text)
 {
+    if (!title)
+        return; // the form shows the record's title when it is made
     title->setText(text);
     UpdateTextGeometry();
 }
@@ -166,11 +264,11 @@ void BrowserTabButtonPrivate::SetStyleName(const QString &name)
     // painted, not styled.
     q->setObjectName(name);
     if (IsHomePage()) {
-        Restyle(homePage);
-    } else {
-        Restyle(title);
-        Restyle(closeButton);
-        Restyle(icon);
+        RestyleForButtonName(HomePage(), QStringLiteral("TabButtonHomePage"));
+    } else if (content) {
+        RestyleForButtonName(title, TitleName());
+        RestyleForButtonName(closeButton, CloseName());
+        RestyleForButtonName(icon, iconShownOnce ? shownIconName : QStringLiteral("TabButtonIcon"));
     }
     q->update();
 }
@@ -199,7 +297,9 @@ void BrowserTabButton::UpdateAfterRelease()
 void BrowserTabButtonPrivate::LoadStart()
 {
     loading = true;
-    loadingLabel->StartAnimation(kLoadingIntervalMs);
+    if (!content)
+        return; // the form starts the animation when it is made
+    LoadingLabel()->StartAnimation(kLoadingIntervalMs);
     icon->hide();
     loadingLabel->show();
 }
@@ -207,20 +307,27 @@ void BrowserTabButtonPrivate::LoadStart()
 void BrowserTabButtonPrivate::LoadFinished()
 {
     loading = false;
-    loadingLabel->StopAnimation();
+    if (loadingLabel)
+        loadingLabel->StopAnimation();
     UpdateIcon();
 }
 
 void BrowserTabButton::UpdateTitle()
 {
     Q_D(BrowserTabButton);
-    d->title->setText(d->tabData->GetTitle());
+    if (d->title)
+        d->title->setText(d->tabData->GetTitle());
 }
 
 void BrowserTabButtonPrivate::UpdateIcon()
 {
+    if (!content)
+        return; // the form shows the icon when it is made
     icon->setVisible(!loading);
-    loadingLabel->setVisible(loading);
+    if (loading)
+        LoadingLabel()->show();
+    else if (loadingLabel)
+        loadingLabel->hide();
     if (loading)
         return;
     // Every resize lays the button out again and comes here: restyle and reload only
@@ -231,6 +338,7 @@ void BrowserTabButtonPrivate::UpdateIcon()
         return;
     iconShownOnce = true;
     shownIconPath = iconPath;
+    shownIconName = name;
     icon->setObjectName(name);
     icon->setIcon(iconPath.isEmpty() ? QIcon() : QIcon(iconPath));
     Restyle(icon);
@@ -240,9 +348,12 @@ void BrowserTabButton::UpdateLayoutOnly()
 {
     Q_D(BrowserTabButton);
     if (d->IsHomePage()) {
-        TabGeometry::Move(d->homePage, QPoint((width() - d->homePage->width()) / 2, (height() - d->homePage->height()) / 2));
+        QFrame *homePage = d->HomePage();
+        TabGeometry::Move(homePage, QPoint((width() - homePage->width()) / 2, (height() - homePage->height()) / 2));
         return;
     }
+    if (!d->content)
+        return;
     const int padding = S(12);
     TabGeometry::SetFixedSize(d->content, QSize(width() - 2 * padding, height()));
     TabGeometry::Move(d->content, QPoint(padding, 0));
@@ -250,7 +361,8 @@ void BrowserTabButton::UpdateLayoutOnly()
     const int contentH = d->content->height();
     // The icon, loading and close widgets keep their form sizes; only their places scale.
     TabGeometry::Move(d->icon, QPoint(0, (contentH - S(16)) / 2));
-    TabGeometry::Move(d->loadingLabel, QPoint(0, (contentH - S(16)) / 2));
+    if (d->loadingLabel)
+        TabGeometry::Move(d->loadingLabel, QPoint(0, (contentH - S(16)) / 2));
     TabGeometry::Move(d->closeButton, QPoint(contentW - S(12), (contentH - S(12)) / 2));
     d->UpdateTextGeometry();
 }
@@ -259,12 +371,16 @@ void BrowserTabButton::UpdateLayout()
 {
     Q_D(BrowserTabButton);
     UpdateLayoutOnly();
+    if (!d->content)
+        return;
     d->UpdateIcon();
     d->title->setText(d->tabData->GetTitle());
 }
 
 void BrowserTabButtonPrivate::UpdateTextGeometry()
 {
+    if (!content)
+        return;
     const int y = (content->height() - S(16)) / 2;
     int width = content->width() - S(2) - S(16);
     if (!closeButton->isHidden())
@@ -285,6 +401,8 @@ void BrowserTabButton::UpdateCloseButton()
         // The bar's common width, not this button's: the one-pixel-wider buttons that
         // take up the remainder must not differ from their neighbours.
         visible = d->bar && d->bar->ButtonWidth() > d->bar->NoCloseButtonWidth();
+    if (!d->closeButton)
+        return;
     d->closeButton->setVisible(visible);
     d->UpdateTextGeometry();
 }
@@ -294,7 +412,7 @@ void BrowserTabButton::enterEvent(KelEnterEvent *event)
     Q_D(BrowserTabButton);
     BrowserTabButtonBase::enterEvent(event);
     // Hovering shows the close button even on tabs too narrow to keep it.
-    if (!d->IsHomePage()) {
+    if (!d->IsHomePage() && d->closeButton) {
         d->closeButton->show();
         d->UpdateTextGeometry();
     }

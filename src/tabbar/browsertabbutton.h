@@ -14,12 +14,20 @@ class BrowserTabButtonPrivate;
  * shows a single frame ("TabButtonHomePage") instead.
  *
  * Style names: the button is "TabButtonFront" while checked, "TabButtonBackHover"
- * while hovered and "TabButtonBack" otherwise; its children are "TabButtonHomePage",
- * "TabButtonContent", "TabButtonIcon" (renamed "TabButtonIconCustom" or
- * "TabButtonIconDefault" when its icon is set), "TabButtonLoading", "TabButtonText"
- * and "TabButtonCloseBtn". After each name change the children are re-polished, so
- * a style sheet can address them by their parent's state
- * (`#TabButtonFront #TabButtonText`).
+ * while hovered and "TabButtonBack" otherwise; its children are "TabButtonContent",
+ * "TabButtonIcon" (renamed "TabButtonIconCustom" or "TabButtonIconDefault" when its
+ * icon is set), "TabButtonText" and "TabButtonCloseBtn", and, made when first needed,
+ * "TabButtonHomePage" (home-page tabs only) and "TabButtonLoading" (from the first
+ * load on). After each name change the children whose style sheet rules can tell the
+ * button's names apart are re-polished, so a style sheet can address them by their
+ * parent's state (`#TabButtonFront #TabButtonText`); the others would look the same
+ * after a re-polish, and are left as they are.
+ *
+ * The inner widgets of a tab that lies wholly past the strip's end, where the strip
+ * cuts it off, are not kept: its bar makes them when the tab comes into view, showing
+ * the tab's state at that moment. Such a tab is one widget instead of five, which is
+ * what lets a strip hold thousands of tabs. A button made by a host has its inner
+ * widgets for good.
  *
  * Unlike the scrolling strip's button it restyles at once when checked during a drag,
  * shows its close button while hovered even when narrow, and leaves the record's icon
@@ -69,4 +77,9 @@ protected:
 
 private:
     Q_DECLARE_PRIVATE(BrowserTabButton)
+    friend class BrowserTabBarPrivate;
+    // The bar's own: @p withForm false leaves the inner widgets to be made once the tab
+    // comes into view.
+    BrowserTabButton(TabDataPtr tabData, const QString &iconPath, bool loading, BrowserTabBar *bar, QWidget *parent,
+                     bool withForm);
 };

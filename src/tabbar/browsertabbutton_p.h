@@ -21,7 +21,8 @@ public:
     BrowserTabButtonPrivate();
     ~BrowserTabButtonPrivate() override;
 
-    // The form; every widget is a child of the button.
+    // The form; every widget is a child of the button. The home-page frame and the
+    // loading animation are made at their first use (HomePage(), LoadingLabel()).
     QFrame *homePage = nullptr;
     QFrame *content = nullptr;
     KelPushButton *icon = nullptr;
@@ -31,10 +32,21 @@ public:
     // What the icon button shows, so that a layout pass does not restyle it again.
     bool iconShownOnce = false;
     QString shownIconPath;
+    QString shownIconName;
 
     BrowserTabBar *Bar() const;
-    void InitForm();
+    void InitFrame();
     void InitButton();
+    /**
+     * Makes the inner widgets; the button is without them (content is null) until then.
+     * The bar keeps them only on the tabs in view, so that hundreds of tabs past the
+     * strip's end cost one widget each instead of five.
+     */
+    void CreateForm();
+    /** Makes the form, laid out and showing the button's state, or lets it go. */
+    void ShowForm(bool shown);
+    QFrame *HomePage();
+    KelLoadingLabelEx *LoadingLabel();
     void UpdateTextGeometry();
     void SetStyleName(const QString &name);
 

@@ -140,10 +140,11 @@ void TstBrowserTabButton::buildsTheForm()
     QCOMPARE(button.contextMenuPolicy(), Qt::NoContextMenu);
     QCOMPARE(button.lineWidth(), 0);
     QCOMPARE(button.size(), QSize(176, 32));
-    QVERIFY(Frame(&button, QStringLiteral("TabButtonHomePage")));
+    // A web tab has no home-page frame, and no loading animation before its first load.
+    QVERIFY(!Frame(&button, QStringLiteral("TabButtonHomePage")));
+    QVERIFY(!Loading(&button));
     QVERIFY(Frame(&button, QStringLiteral("TabButtonContent")));
     QCOMPARE(IconButton(&button)->size(), QSize(16, 16));
-    QCOMPARE(Loading(&button)->size(), QSize(16, 16));
     QCOMPARE(CloseButton(&button)->size(), QSize(12, 12));
     QCOMPARE(CloseButton(&button)->cursor().shape(), Qt::PointingHandCursor);
     QCOMPARE(Title(&button)->text(), QStringLiteral("Title"));
@@ -199,7 +200,11 @@ void TstBrowserTabButton::layoutPlacesChildren()
     const int contentW = width - 2 * S(12);
     QCOMPARE(KelTest::LogicalGeometry(content), QRect(S(12), 0, contentW, height));
     QCOMPARE(KelTest::LogicalPos(IconButton(&button)), QPoint(0, (height - S(16)) / 2));
+    // The loading animation, made at the first load, takes the icon's place.
+    button.LoadStart();
+    QCOMPARE(Loading(&button)->size(), QSize(16, 16));
     QCOMPARE(KelTest::LogicalPos(Loading(&button)), QPoint(0, (height - S(16)) / 2));
+    button.LoadFinished();
     QCOMPARE(KelTest::LogicalPos(CloseButton(&button)), QPoint(contentW - S(12), (height - S(12)) / 2));
     // Form sizes stay unscaled.
     QCOMPARE(CloseButton(&button)->size(), QSize(12, 12));
@@ -551,6 +556,7 @@ void TstBrowserTabButton::loadStartAndFinishedSwitchIcon()
     QVERIFY(!Loading(&button)->isHidden());
     QVERIFY(IconButton(&button)->isHidden());
     QCOMPARE(Loading(&button)->Interval(), 25);
+    QCOMPARE(Loading(&button)->size(), QSize(16, 16));
     button.LoadFinished();
     QVERIFY(!button.IsLoading());
     QVERIFY(!Loading(&button)->IsAnimating());
