@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+// The classic tab strip's work per operation does not grow with the number of tabs:
+// the same operation on a strip of 20 tabs and on one of 200 re-polishes as many
+// widgets, renders as many backgrounds and, where no width changes, moves as many
+// buttons. Counted, not timed, so that a loaded machine cannot make it flake.
+
+#include "keltabtest.h"
+#include "classicbartest.h"
+#include "hoverevents.h"
+#include "tabworkcounter_p.h"
+
+#include <QCursor>
+
+using namespace ClassicTest;
+
+namespace {
+
+struct Work
+{
+    quint64 repolishes = 0;
+    quint64 renders = 0;
+    quint64 moves = 0;
+};
+
+Work Now()
+{
+    return {TabWorkCounter::Count(TabWorkCounter::Repolish), TabWorkCounter::Count(TabWorkCounter::BackgroundRender),
+            TabWorkCounter::Count(TabWorkCounter::ButtonGeometry)};
+}
+
+Work Since(const Work &before)
+{
+    const Work now = Now();
+    return {now.repolishes - before.repolishes, now.renders - before.renders, now.moves - before.moves};
+}
+
+// Narrow enough that 20 tabs already overflow it: then adding or removing one changes no
+// width at 20 tabs either, and the two strips differ only in their number of tabs.
+constexpr int kBarWidth = 600;
+// A tab in view at both sizes.
+constexpr int kTab = 4;
+
+} // namespace
+
+class TstBrowserTabBarWork : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void workDoesNotGrowWithTabs_data();
+    void workDoesNotGrowWithTabs();
+    void switchRepolishesOnlyWhatCanChange();
+    void paintingReusesBackgroundsOfEveryWidth();
+
+private:
+    // A shown window with the library's default style sheet, holding a bar of @p tabs tabs.
+    BrowserTabBar *MakeBar(int tabs);
+    // Runs @p operation on the bar and lets the event loop paint; returns its work.
+    Work Measure(const QString &operation, BrowserTabBar *bar);
+
+    std::unique_ptr<Environment> m_env;
+    std::unique_ptr<QWidget> m_window;
+    int m_serial = 0;
+};
+
+void TstBrowserTabBarWork::init()
+{
+    m_env = std::make_unique<Environment>();
+}
+
+void TstBrowserTabBarWork::cleanup()
+{
+    m_window.reset();
+    FlushDeletes();
+    m_env.reset();
+}
+
+BrowserTabBar *TstBrowserTabBarWork::MakeBar(int tabs)
+{
+    m_window = std::make_unique<QWidget>();
+    m_window->setStyleSheet(KelTabStyle::DefaultStyleSheet());
+    auto *bar = new TestBar(m_window.get());
+    bar->InitMenu();
+    bar->setGeometry(0, 0, kBarWidth, bar->minimumHeight());
+    m_window->resize(kBarWidth, bar->minimumHeight());
+    for (int i = 0; i < tabs; ++i)
+        bar->addTab(MakeTab(QStringLiteral("Page %1").arg(m_serial++)));
+    bar->setCurrentIndex(0);
+    m_window->show();
+    if (!QTest::qWaitForWindowExposed(m_window.get()))
+        return nullptr;
+    // The pointer away from the tabs: a tab sliding under it would be hovered.
+    QCursor::setPos(m_window->mapToGlobal(QPoint(kBarWidth / 2, 400)));
+    FlushDeletes();
+    QCoreApplication::processEvents();
+    return bar;
+}
+
+Work TstBrowserTabBarWork::Measure(const QString &operation, BrowserTabBar *bar)
+{
+    const Work before = Now();
+    if (operation == QLatin1String("switch")) {
+        bar->setCurrentIndex(bar->currentIndex() == kTab ? kTab + 1 : kTab);
+    } else if (operation == QLatin1String("switch far")) {
+        // To and from a tab past the strip's end.
+        bar->setCurrentIndex(bar->currentIndex() == kTab ? bar->count() - 1 : kTab);
+    } else if (operation == QLatin1String("hover")) {
+        KelTest::SendEnter(ButtonAt(bar, kTab));
+        KelTest::SendLeave(ButtonAt(bar, kTab));
+    } else if (operation == QLatin1String("rename")) {
+        bar->setTabText(kTab, QStringLiteral("Title %1").arg(m_serial++));
+    } else if (operation == QLatin1String("load")) {
+        bar->LoadStart(kTab);
+        bar->LoadFinished(kTab);
+    } else if (operation == QLatin1String("add")) {
+        bar->addTab(MakeTab(QStringLiteral("Page %1").arg(m_serial++)));
+    } else if (operation == QLatin1String("insert")) {
+        bar->insertTab(kTab, MakeTab(QStringLiteral("Page %1").arg(m_serial++)));
+    } else if (operation == QLatin1String("remove")) {
+        bar->removeTab(kTab);
+    } else if (operation == QLatin1String("remove current")) {
+        bar->setCurrentIndex(kTab);
+        bar->removeTab(kTab);
+    }
+    FlushDeletes();
+    QCoreApplication::processEvents();
+    return Since(before);
+}
+
+void TstBrowserTabBarWork::workDoesNotGrowWithTabs_data()
+{
+    QTest::addColumn<QString>("operation");
+    // Whether no tab changes its width or place, so that no button moves at all.
+    QTest::addColumn<bool>("inPlace");
+    QTest::newRow("switch") << QStringLiteral("switch") << true;
+    QTest::newRow("switch far") << QStringLiteral("switch far") << true;
+    QTest::newRow("hover") << QStringLiteral("hover") << true;
+    QTest::newRow("rename") << QStringLiteral("rename") << true;
+    QTest::newRow("load") << QStringLiteral("load") << true;
+    QTest::newRow("add") << QStringLiteral("add") << false;
+    QTest::newRow("insert") << QStringLiteral("insert") << false;
+    QTest::newRow("remove") << QStringLiteral("remove") << false;
+    QTest::newRow("remove current") << QStringLiteral("remove current") << false;
+}
+
+void TstBrowserTabBarWork::workDoesNotGrowWithTabs()
+{
+    QFETCH(QString, operation);
+    QFETCH(bool, inPlace);
+    Work work[2];
+    const int counts[2] = {20, 200};
+    for (int i = 0; i < 2; ++i) {
+        BrowserTabBar *bar = MakeBar(counts[i]);
+        QVERIFY(bar);
+        // Once to settle what a first time does (a first hover, a first load), then counted.
+        Measure(operation, bar);
+        work[i] = Measure(operation, bar);
+    }
+    QCOMPARE(work[1].repolishes, work[0].repolishes);
+    QCOMPARE(work[1].renders, work[0].renders);
+    if (inPlace) {
+        QCOMPARE(work[0].moves, quint64(0));
+        QCOMPARE(work[1].moves, quint64(0));
+    }
+}
+
+void TstBrowserTabBarWork::switchRepolishesOnlyWhatCanChange()
+{
+    // Under the default style sheet only the title's colour follows the tab's state:
+    // a switch re-polishes the two titles and nothing else, and paints from the
+    // backgrounds already built.
+    BrowserTabBar *bar = MakeBar(20);
+    QVERIFY(bar);
+    Measure(QStringLiteral("switch"), bar);
+    const Work work = Measure(QStringLiteral("switch"), bar);
+    QCOMPARE(work.repolishes, quint64(2));
+    QCOMPARE(work.renders, quint64(0));
+}
+
+void TstBrowserTabBarWork::paintingReusesBackgroundsOfEveryWidth()
+{
+    // 20 tabs in 600 pixels: the first few are a pixel wider than the rest. A full
+    // repaint stretches no image again, whatever order the widths are painted in.
+    BrowserTabBar *bar = MakeBar(20);
+    QVERIFY(bar);
+    QVERIFY(bar->TabButton(0)->width() != bar->TabButton(8)->width());
+    const Work before = Now();
+    for (int i = 0; i < 3; ++i) {
+        bar->repaint();
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(Since(before).renders, quint64(0));
+}
+
+KELTAB_TEST_MAIN(TstBrowserTabBarWork)
+#include "tst_browsertabbarwork.moc"
