@@ -259,9 +259,10 @@ void BrowserTabButtonPrivate::SetStyleName(const QString &name)
 {
     Q_Q(BrowserTabButton);
     // Set and re-polished every time, also when the name stays: the children's rules
-    // depend on the button's name, and a host may have changed properties that only a
-    // new polish picks up. The button itself is not re-polished: its background is
-    // painted, not styled.
+    // may depend on the button's name, and a host may have changed properties that
+    // only a new polish picks up. Children that no rule can tell that way are left
+    // alone: a re-polish would give them the look they have (RestyleForButtonName).
+    // The button itself is not re-polished: its background is painted, not styled.
     q->setObjectName(name);
     if (IsHomePage()) {
         RestyleForButtonName(HomePage(), QStringLiteral("TabButtonHomePage"));
