@@ -450,12 +450,19 @@ void BrowserTabBarPrivate::SetContentWidth()
 void BrowserTabBarPrivate::UpdateButtonForms()
 {
     // Tabs past the strip's end are cut off by it: they need no inner widgets until
-    // they come into view.
+    // they come into view. A tab just pushed out keeps them while it lies within two
+    // tabs of the end, so that a strip resized back and forth by a few pixels does not
+    // make and drop the same widgets each time.
     const int visibleWidth = contentWidget->width();
+    const int keepWidth = visibleWidth + 2 * buttonWidth;
     for (int i = 0; i < buttons.size(); ++i) {
         BrowserTabButton *button = Button(i);
         const int x = TabGeometry::X(button);
-        button->d_func()->ShowForm(x < visibleWidth && x + button->width() > 0);
+        const int right = x + button->width();
+        if (x < visibleWidth && right > 0)
+            button->d_func()->ShowForm(true);
+        else if (x >= keepWidth || right <= 0)
+            button->d_func()->ShowForm(false);
     }
 }
 
