@@ -324,25 +324,27 @@ void BrowserTabButtonPrivate::UpdateIcon()
 {
     if (!content)
         return; // the form shows the icon when it is made
+    // Named before it is shown: showing a widget polishes it, and a polish under the
+    // old name would only be undone by the re-polish under the new one.
+    if (!loading) {
+        // Every resize lays the button out again and comes here: restyle and reload
+        // only when the icon really changed.
+        const QString name = iconPath.isEmpty() ? QStringLiteral("TabButtonIconDefault")
+                                                : QStringLiteral("TabButtonIconCustom");
+        if (!iconShownOnce || name != icon->objectName() || shownIconPath != iconPath) {
+            iconShownOnce = true;
+            shownIconPath = iconPath;
+            shownIconName = name;
+            icon->setObjectName(name);
+            icon->setIcon(iconPath.isEmpty() ? QIcon() : QIcon(iconPath));
+            Restyle(icon);
+        }
+    }
     icon->setVisible(!loading);
     if (loading)
         LoadingLabel()->show();
     else if (loadingLabel)
         loadingLabel->hide();
-    if (loading)
-        return;
-    // Every resize lays the button out again and comes here: restyle and reload only
-    // when the icon really changed.
-    const QString name = iconPath.isEmpty() ? QStringLiteral("TabButtonIconDefault")
-                                            : QStringLiteral("TabButtonIconCustom");
-    if (iconShownOnce && name == icon->objectName() && shownIconPath == iconPath)
-        return;
-    iconShownOnce = true;
-    shownIconPath = iconPath;
-    shownIconName = name;
-    icon->setObjectName(name);
-    icon->setIcon(iconPath.isEmpty() ? QIcon() : QIcon(iconPath));
-    Restyle(icon);
 }
 
 void BrowserTabButton::UpdateLayoutOnly()

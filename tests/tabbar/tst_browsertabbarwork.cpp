@@ -7,6 +7,8 @@
 #include "keltabtest.h"
 #include "classicbartest.h"
 #include "hoverevents.h"
+#include "kellabel.h"
+#include "kelloadinglabelex.h"
 #include "tabworkcounter_p.h"
 
 #include <QCursor>
@@ -54,6 +56,7 @@ private Q_SLOTS:
     void workDoesNotGrowWithTabs();
     void switchRepolishesOnlyWhatCanChange();
     void paintingReusesBackgroundsOfEveryWidth();
+    void tabsComingIntoViewShowTheirState();
 
 private:
     // A shown window with the library's default style sheet, holding a bar of @p tabs tabs.
@@ -193,6 +196,40 @@ void TstBrowserTabBarWork::paintingReusesBackgroundsOfEveryWidth()
         QCoreApplication::processEvents();
     }
     QCOMPARE(Since(before).renders, quint64(0));
+}
+
+void TstBrowserTabBarWork::tabsComingIntoViewShowTheirState()
+{
+    // Tabs past the strip's end keep no inner widgets; what happened to them meanwhile
+    // shows once they come into view, and making their widgets re-polishes nothing.
+    BrowserTabBar *bar = MakeBar(40);
+    QVERIFY(bar);
+    bar->setTabText(30, QStringLiteral("Renamed"));
+    bar->LoadStart(31);
+    bar->setCurrentIndex(32);
+    QVERIFY(!ButtonAt(bar, 30)->findChild<KelLabel *>(QStringLiteral("TabButtonText")));
+    QVERIFY(ButtonAt(bar, 2)->findChild<KelLabel *>(QStringLiteral("TabButtonText")));
+
+    const Work before = Now();
+    m_window->resize(2600, m_window->height());
+    bar->resize(2600, bar->height());
+    FlushDeletes();
+    QCoreApplication::processEvents();
+    QCOMPARE(Since(before).repolishes, quint64(0));
+
+    auto *title = ButtonAt(bar, 30)->findChild<KelLabel *>(QStringLiteral("TabButtonText"));
+    QVERIFY(title);
+    QCOMPARE(title->text(), QStringLiteral("Renamed"));
+    QVERIFY(title->isVisible());
+    auto *loading = ButtonAt(bar, 31)->findChild<KelLoadingLabelEx *>(QStringLiteral("TabButtonLoading"));
+    QVERIFY(loading);
+    QVERIFY(loading->isVisible());
+    QVERIFY(loading->IsAnimating());
+    BrowserTabButton *current = ButtonAt(bar, 32);
+    QCOMPARE(current->objectName(), QStringLiteral("TabButtonFront"));
+    QVERIFY(CloseButtonOf(current)->isVisible());
+    // The rest of the strip's tabs are narrow: their close buttons show only on hover.
+    QVERIFY(!CloseButtonOf(ButtonAt(bar, 33))->isVisible());
 }
 
 KELTAB_TEST_MAIN(TstBrowserTabBarWork)
