@@ -206,7 +206,6 @@ QFrame *BrowserTabButtonPrivate::HomePage()
 
 KelLoadingLabelEx *BrowserTabButtonPrivate::LoadingLabel()
 {
-    Q_Q(BrowserTabButton);
     if (loadingLabel)
         return loadingLabel;
     loadingLabel = new KelLoadingLabelEx(content);
