@@ -172,8 +172,8 @@ void BrowserTabButtonPrivate::ShowForm(bool shown)
         content->show();
         return;
     }
-    // A tab under the pointer or held keeps its form; so does a home-page tab.
-    if (hovered || pressed || IsHomePage())
+    // A tab under the pointer, held or current keeps its form; so does a home-page tab.
+    if (hovered || pressed || checked || IsHomePage())
         return;
     // Deleted later: the form may be inside one of its own signals (a close button's
     // click whose receiver rearranged the tabs).
@@ -391,18 +391,42 @@ void BrowserTabButtonPrivate::UpdateTextGeometry()
     TabGeometry::Move(title, QPoint(S(2) + S(16), y));
 }
 
+bool BrowserTabButtonPrivate::CloseButtonShownByState() const
+{
+    if (IsHomePage())
+        return false;
+    if (checked)
+        return true;
+    // The bar's common width, not this button's: the one-pixel-wider buttons that
+    // take up the remainder must not differ from their neighbours.
+    return bar && bar->ButtonWidth() > bar->NoCloseButtonWidth();
+}
+
+bool BrowserTabButtonPrivate::CloseButtonMadeLater() const
+{
+    return !content && !IsHomePage();
+}
+
+bool BrowserTabButtonPrivate::CloseButtonWouldShow() const
+{
+    return CloseButtonShownByState() || (hovered && !IsHomePage());
+}
+
+QRect BrowserTabButtonPrivate::CloseButtonPlace() const
+{
+    Q_Q(const BrowserTabButton);
+    // Where UpdateLayoutOnly() puts it: at the end of the content, which keeps a
+    // padding to either side of the button; the form's size.
+    const QSize size(12, 12);
+    const int x = q->width() - 2 * S(12);
+    const int visualX = q->isRightToLeft() ? q->width() - x - size.width() : x;
+    return QRect(QPoint(visualX, (q->height() - S(12)) / 2), size);
+}
+
 void BrowserTabButton::UpdateCloseButton()
 {
     Q_D(BrowserTabButton);
-    bool visible;
-    if (d->IsHomePage())
-        visible = false;
-    else if (d->checked)
-        visible = true;
-    else
-        // The bar's common width, not this button's: the one-pixel-wider buttons that
-        // take up the remainder must not differ from their neighbours.
-        visible = d->bar && d->bar->ButtonWidth() > d->bar->NoCloseButtonWidth();
+    const bool visible = d->CloseButtonShownByState();
     if (!d->closeButton)
         return;
     d->closeButton->setVisible(visible);

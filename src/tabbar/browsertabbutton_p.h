@@ -55,4 +55,9 @@ public:
     void LoadStart() override;
     void LoadFinished() override;
     void UpdateIcon() override;
+    /** Whether the close button shows by the button's state (not counting hover). */
+    bool CloseButtonShownByState() const;
+    bool CloseButtonMadeLater() const override;
+    bool CloseButtonWouldShow() const override;
+    QRect CloseButtonPlace() const override;
 };

@@ -8,6 +8,7 @@
 
 #include <QMetaObject>
 #include <QPoint>
+#include <QRect>
 #include <QPointer>
 #include <QString>
 
@@ -70,4 +71,13 @@ public:
     virtual void LeftPressed() {}
     /** The layout direction changed; the widgets are already in their mirrored places. */
     virtual void DirectionChanged() {}
+    /**
+     * A button that makes its close button only when it comes into view says so while
+     * it has none, so that assistive technology still finds one in its place. Then
+     * also: whether that close button would be shown, and where it would lie in the
+     * button (on the screen, mirrored right to left).
+     */
+    virtual bool CloseButtonMadeLater() const { return false; }
+    virtual bool CloseButtonWouldShow() const { return false; }
+    virtual QRect CloseButtonPlace() const { return QRect(); }
 };

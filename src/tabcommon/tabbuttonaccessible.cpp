@@ -4,9 +4,13 @@
 #include "browsertabbarbase.h"
 #include "browsertabbarbase_p.h"
 #include "browsertabbuttonbase.h"
+#include "browsertabbuttonbase_p.h"
 #include "tabaccessible_p.h"
 
 #include <QAbstractButton>
+#include <QCoreApplication>
+#include <QPointer>
+#include <QWindow>
 
 namespace {
 
@@ -21,11 +25,111 @@ QRect VisiblePart(const BrowserTabButtonBase *button, const BrowserTabBarBase *b
     return visible & bar->rect();
 }
 
+// The close button of a tab that has not made it yet, as its widget's interface
+// (TabControlAccessible) would present it: a button named after the tab, shown or not
+// by the tab's state, that asks to close the tab when pressed.
+class CloseStandInAccessible : public QAccessibleInterface, public QAccessibleActionInterface
+{
+public:
+    explicit CloseStandInAccessible(BrowserTabButtonBase *tab) : m_tab(tab) {}
+
+    bool isValid() const override { return m_tab; }
+    QObject *object() const override { return nullptr; }
+    QWindow *window() const override
+    {
+        return m_tab && m_tab->window() ? m_tab->window()->windowHandle() : nullptr;
+    }
+    QAccessibleInterface *focusChild() const override { return nullptr; }
+    QAccessibleInterface *childAt(int, int) const override { return nullptr; }
+    QAccessibleInterface *parent() const override
+    {
+        return m_tab ? QAccessible::queryAccessibleInterface(m_tab.data()) : nullptr;
+    }
+    QAccessibleInterface *child(int) const override { return nullptr; }
+    int childCount() const override { return 0; }
+    int indexOfChild(const QAccessibleInterface *) const override { return -1; }
+    QString text(QAccessible::Text t) const override
+    {
+        if (t != QAccessible::Name || !m_tab)
+            return QString();
+        return QCoreApplication::translate("BrowserTabBarBase", "Close tab %1").arg(TabAccessible::TabName(m_tab));
+    }
+    void setText(QAccessible::Text, const QString &) override {}
+    QRect rect() const override
+    {
+        // A hidden widget has no rectangle either.
+        if (state().invisible)
+            return QRect();
+        const QRect place = TabButtonAccessible::CloseButtonPlace(m_tab);
+        return QRect(m_tab->mapToGlobal(place.topLeft()), place.size());
+    }
+    QAccessible::Role role() const override { return QAccessible::Button; }
+    QAccessible::State state() const override
+    {
+        QAccessible::State st;
+        if (!m_tab || !m_tab->isVisible() || !TabButtonAccessible::CloseButtonWouldShow(m_tab))
+            st.invisible = true;
+        if (m_tab && !m_tab->isEnabled())
+            st.disabled = true;
+        return st;
+    }
+    void *interface_cast(QAccessible::InterfaceType type) override
+    {
+        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface *>(this) : nullptr;
+    }
+    QStringList actionNames() const override { return {QAccessibleActionInterface::pressAction()}; }
+    void doAction(const QString &actionName) override
+    {
+        if (actionName == QAccessibleActionInterface::pressAction() && m_tab && m_tab->isEnabled())
+            m_tab->SlotCloseClicked();
+    }
+    QStringList keyBindingsForAction(const QString &) const override { return {}; }
+
+private:
+    QPointer<BrowserTabButtonBase> m_tab;
+};
+
 } // namespace
 
 TabButtonAccessible::TabButtonAccessible(BrowserTabButtonBase *button)
     : QAccessibleWidget(button, QAccessible::PageTab)
 {
+}
+
+TabButtonAccessible::~TabButtonAccessible()
+{
+    if (m_standIn && QAccessible::accessibleInterface(m_standIn))
+        QAccessible::deleteAccessibleInterface(m_standIn);
+}
+
+bool TabButtonAccessible::CloseButtonWouldShow(const BrowserTabButtonBase *button)
+{
+    return button->d_func()->CloseButtonWouldShow();
+}
+
+QRect TabButtonAccessible::CloseButtonPlace(const BrowserTabButtonBase *button)
+{
+    return button->d_func()->CloseButtonPlace();
+}
+
+QAccessibleInterface *TabButtonAccessible::Close() const
+{
+    BrowserTabButtonBase *button = Button();
+    QWidget *close = CloseButton(button);
+    if (close || !button->d_func()->CloseButtonMadeLater()) {
+        // The widget is back (or never went): its own interface stands for it.
+        if (m_standIn) {
+            if (QAccessible::accessibleInterface(m_standIn))
+                QAccessible::deleteAccessibleInterface(m_standIn);
+            m_standIn = 0;
+        }
+        return close ? QAccessible::queryAccessibleInterface(close) : nullptr;
+    }
+    if (QAccessibleInterface *standIn = m_standIn ? QAccessible::accessibleInterface(m_standIn) : nullptr)
+        return standIn;
+    auto *standIn = new CloseStandInAccessible(button);
+    m_standIn = QAccessible::registerAccessibleInterface(standIn);
+    return standIn;
 }
 
 BrowserTabButtonBase *TabButtonAccessible::Button() const
@@ -52,19 +156,18 @@ QAccessibleInterface *TabButtonAccessible::parent() const
 
 int TabButtonAccessible::childCount() const
 {
-    return CloseButton(Button()) ? 1 : 0;
+    return Close() ? 1 : 0;
 }
 
 QAccessibleInterface *TabButtonAccessible::child(int index) const
 {
-    QWidget *close = index == 0 ? CloseButton(Button()) : nullptr;
-    return close ? QAccessible::queryAccessibleInterface(close) : nullptr;
+    return index == 0 ? Close() : nullptr;
 }
 
 int TabButtonAccessible::indexOfChild(const QAccessibleInterface *child) const
 {
-    QWidget *close = CloseButton(Button());
-    return close && child && child->object() == close ? 0 : -1;
+    QAccessibleInterface *close = Close();
+    return close && child == close ? 0 : -1;
 }
 
 QAccessibleInterface *TabButtonAccessible::childAt(int x, int y) const

@@ -11,6 +11,7 @@ class TabButtonAccessible : public QAccessibleWidget
 {
 public:
     explicit TabButtonAccessible(BrowserTabButtonBase *button);
+    ~TabButtonAccessible() override;
 
     QAccessibleInterface *parent() const override;
     int childCount() const override;
@@ -26,7 +27,15 @@ public:
 
     /** The tab's close button, null when it has none. */
     static QWidget *CloseButton(const BrowserTabButtonBase *button);
+    /** For a tab that makes its close button later: whether it would show, and where (in the tab). */
+    static bool CloseButtonWouldShow(const BrowserTabButtonBase *button);
+    static QRect CloseButtonPlace(const BrowserTabButtonBase *button);
 
 private:
     BrowserTabButtonBase *Button() const;
+    // The close button's interface: the widget's, or, for a tab that makes its close
+    // button only once it comes into view, a stand-in with the same name, state, place
+    // and action. Null when the tab has no close button.
+    QAccessibleInterface *Close() const;
+    mutable QAccessible::Id m_standIn = 0;
 };

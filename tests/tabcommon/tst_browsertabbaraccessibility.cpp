@@ -132,6 +132,7 @@ private Q_SLOTS:
     void tabsThatFitAreOnScreen_data();
     void tabsThatFitAreOnScreen();
     void classicTabsCutOffAreOffscreen();
+    void classicTabsPastTheEndKeepTheirCloseButton();
     void changesAreAnnounced_data();
     void changesAreAnnounced();
     void qtabbarAnnouncesTheSame_data();
@@ -461,6 +462,49 @@ void TstBrowserTabBarAccessibility::classicTabsCutOffAreOffscreen()
     QVERIFY(whole > 0);
     QVERIFY(gone > 0);
     QVERIFY(cut <= 1);
+}
+
+// The classic strip makes the inner widgets of a tab only once it comes into view; a
+// tab past the end still presents its close button: named after it, hidden unless the
+// tab is current, where it would lie, and closing the tab when pressed.
+void TstBrowserTabBarAccessibility::classicTabsPastTheEndKeepTheirCloseButton()
+{
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(Kind::Classic, 30, 600);
+    QVERIFY(b);
+    const int far = b->count() - 1;
+    const int near = 2;
+    QVERIFY(!CloseButtonOf(b->TabButton(far)));
+    QVERIFY(CloseButtonOf(b->TabButton(near)));
+    QCOMPARE(b->TabButton(far)->width(), b->TabButton(near)->width());
+
+    QAccessibleInterface *tab = Iface(b.get())->child(far);
+    QCOMPARE(tab->childCount(), 1);
+    QAccessibleInterface *close = tab->child(0);
+    QVERIFY(close);
+    QCOMPARE(tab->child(0), close); // the same one each time
+    QCOMPARE(tab->indexOfChild(close), 0);
+    QCOMPARE(close->parent(), tab);
+    QCOMPARE(close->role(), QAccessible::Button);
+    QCOMPARE(close->text(QAccessible::Name), QStringLiteral("Close tab t%1").arg(far));
+    // As the close buttons of the narrow tabs in view: hidden, without a rectangle.
+    QAccessibleInterface *nearClose = Iface(b.get())->child(near)->child(0);
+    QVERIFY(nearClose->state().invisible);
+    QVERIFY(close->state().invisible);
+    QCOMPARE(close->rect(), nearClose->rect());
+    // The current tab shows its close button, where it shows on a current tab in view.
+    b->setCurrentIndex(near);
+    QVERIFY(!nearClose->state().invisible);
+    const QPoint nearOffset = nearClose->rect().topLeft() - b->TabButton(near)->mapToGlobal(QPoint(0, 0));
+    const QSize nearSize = nearClose->rect().size();
+    b->setCurrentIndex(far);
+    QVERIFY(!tab->child(0)->state().invisible);
+    QCOMPARE(tab->child(0)->rect().topLeft() - b->TabButton(far)->mapToGlobal(QPoint(0, 0)), nearOffset);
+    QCOMPARE(tab->child(0)->rect().size(), nearSize);
+
+    QSignalSpy closeRequested(b.get(), &BrowserTabBarBase::tabCloseRequested);
+    tab->child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(closeRequested.count(), 1);
+    QCOMPARE(closeRequested.at(0).at(0).toInt(), far);
 }
 
 using Change = std::function<void(BrowserTabBarBase &)>;
