@@ -24,9 +24,11 @@ class BrowserTabButtonPrivate;
  * after a re-polish, and are left as they are.
  *
  * The inner widgets of a tab that lies wholly past the strip's end, where the strip
- * cuts it off, are not kept: its bar makes them when the tab comes into view, showing
- * the tab's state at that moment. Such a tab is one widget instead of five, which is
- * what lets a strip hold thousands of tabs. A button made by a host has its inner
+ * cuts it off, are not kept (unless it is current, hovered or held): its bar makes
+ * them when the tab comes into view, showing the tab's state at that moment. Such a
+ * tab is one widget instead of five, which is what lets a strip hold thousands of
+ * tabs; assistive technology still finds its close button. What a host sets on the
+ * inner widgets themselves goes with them. A button made by a host has its inner
  * widgets for good.
  *
  * Unlike the scrolling strip's button it restyles at once when checked during a drag,
