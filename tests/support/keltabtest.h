@@ -3,6 +3,8 @@
 
 // Shared by every test executable of the suite.
 
+#include "dpitool.h"
+
 #include <QApplication>
 #include <QtTest>
 
@@ -82,6 +84,28 @@ inline QPoint MenuAnchor(const QWidget *menu)
 inline int Forward(const QWidget *widget, int dx)
 {
     return widget->isRightToLeft() ? -dx : dx;
+}
+
+/** The column of a data-driven test that runs at more than one scale factor: "scale". */
+inline void AddScaleColumn()
+{
+    QTest::addColumn<double>("scale");
+}
+
+/** For tests that take nothing but the scale factor: one row at 1.0, one at 1.5. */
+inline void AddBothScales()
+{
+    AddScaleColumn();
+    QTest::newRow("1.0") << 1.0;
+    QTest::newRow("1.5") << 1.5;
+}
+
+/** Sets the scale factor to the current row's "scale" and returns it. */
+inline double UseRowScale()
+{
+    QFETCH(double, scale);
+    DpiTool::SetScaleFactor(scale);
+    return scale;
 }
 
 } // namespace KelTest

@@ -362,7 +362,7 @@ void TstBrowserTabBar::buttonsLiveInTheStripAndNewOnesGoBelow()
 void TstBrowserTabBar::renderLook_data()
 {
     QTest::addColumn<int>("tabs");
-    QTest::addColumn<double>("scale");
+    KelTest::AddScaleColumn();
     QTest::newRow("1 tab") << 1 << 1.0;
     QTest::newRow("5 tabs") << 5 << 1.0;
     QTest::newRow("20 tabs") << 20 << 1.0;
@@ -372,8 +372,7 @@ void TstBrowserTabBar::renderLook_data()
 void TstBrowserTabBar::renderLook()
 {
     QFETCH(int, tabs);
-    QFETCH(double, scale);
-    DpiTool::SetScaleFactor(scale);
+    const double scale = KelTest::UseRowScale();
     // A window as a host would have it: the tab strip over a white page.
     QWidget window;
     KelTabStyle::ApplyDefaultStyleSheet(&window);

@@ -363,7 +363,7 @@ public:
 
 void TstBrowserTabBarHostile::randomizedModel_data()
 {
-    QTest::addColumn<double>("scale");
+    KelTest::AddScaleColumn();
     QTest::addColumn<int>("fixedCount");
     QTest::addColumn<int>("fixedWidth");
     QTest::addColumn<int>("firstIndex");
@@ -375,7 +375,6 @@ void TstBrowserTabBarHostile::randomizedModel_data()
 
 void TstBrowserTabBarHostile::randomizedModel()
 {
-    QFETCH(double, scale);
     QFETCH(int, fixedCount);
     QFETCH(int, fixedWidth);
     QFETCH(int, firstIndex);
@@ -407,7 +406,7 @@ void TstBrowserTabBarHostile::randomizedModel()
         }
     } report{seed};
 
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     QRandomGenerator rng(seed);
     Model model;
     model.fixedCount = fixedCount;

@@ -178,7 +178,7 @@ void TstBrowserTabButton::nullRecordIsReplaced()
 
 void TstBrowserTabButton::layoutPlacesChildren_data()
 {
-    QTest::addColumn<double>("scale");
+    KelTest::AddScaleColumn();
     QTest::addColumn<int>("width");
     QTest::addColumn<int>("height");
     QTest::newRow("1.0") << 1.0 << 164 << 32;
@@ -187,10 +187,9 @@ void TstBrowserTabButton::layoutPlacesChildren_data()
 
 void TstBrowserTabButton::layoutPlacesChildren()
 {
-    QFETCH(double, scale);
     QFETCH(int, width);
     QFETCH(int, height);
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     TestBar bar;
     BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), false, &bar, m_host.get());
     button.SetChecked(true);

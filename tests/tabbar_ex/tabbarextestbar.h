@@ -15,7 +15,9 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QColor>
 #include <QFrame>
+#include <QImage>
 #include <QMouseEvent>
 #include <QList>
 #include <QMoveEvent>
@@ -251,6 +253,16 @@ inline void OpenIconCache(const QTemporaryDir &dir)
 {
     QVERIFY(dir.isValid());
     VosImageCache::Instance()->SetCacheDirectory(dir.filePath(QStringLiteral("cache")));
+}
+
+/** Writes a 32 by 32 icon of one @p colour as @p name into @p dir; returns its path. */
+inline QString MakeIconFile(const QTemporaryDir &dir, const QString &name, QColor colour)
+{
+    QImage image(32, 32, QImage::Format_ARGB32);
+    image.fill(colour);
+    const QString path = dir.filePath(name);
+    image.save(path);
+    return path;
 }
 
 /** Releases the icon cache and gives the screen its own scale back. For cleanupTestCase(). */
