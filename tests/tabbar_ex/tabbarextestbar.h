@@ -28,6 +28,8 @@
 #include <QTimer>
 #include <QtTest>
 
+#include <memory>
+
 class TestTabBarEx : public BrowserTabBarEx
 {
 public:
@@ -279,6 +281,20 @@ inline void Fill(TestTabBarEx &bar, int scrolling)
         bar.addTab(Home());
     for (int i = 0; i < scrolling; ++i)
         bar.addTab(Web(QStringLiteral("Tab %1").arg(i + 1)));
+}
+
+/**
+ * Runs @p reaction inside the bar's next currentChanged only, as a host that reacts
+ * to the signal by changing the bar.
+ */
+template <typename Reaction>
+void OnNextCurrentChanged(BrowserTabBarEx *bar, Reaction reaction)
+{
+    auto connection = std::make_shared<QMetaObject::Connection>();
+    *connection = QObject::connect(bar, &BrowserTabBarEx::currentChanged, bar, [connection, reaction](int) {
+        QObject::disconnect(*connection);
+        reaction();
+    });
 }
 
 } // namespace TabTest

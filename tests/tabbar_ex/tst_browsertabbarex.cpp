@@ -2,6 +2,7 @@
 // BrowserTabBarEx: structure, tab list, lookups, widths and layout, and hostile call orders.
 // Pixel numbers are checked at scale factors 1.0 and 1.5.
 
+#include "hoverevents.h"
 #include "keltabtest.h"
 
 #include "browsertabbarex.h"
@@ -64,8 +65,7 @@ private Q_SLOTS:
     void removeTabAndTheCurrentTab();
     void removeCurrentWithCloseLeft();
     void removeOnlyTabEmitsMinusOne();
-    void removedButtonIsHiddenAndDeletedLater();
-    void removedButtonNoLongerReaches();
+    void removedButtonIsHiddenCutOffAndDeletedLater();
 
     void lookups();
     void lookupsOutOfRange();
@@ -652,8 +652,6 @@ void TstBrowserTabBarEx::setCurrentIndexMinusOneUnchecksAll()
     QVERIFY(!bar->GetCurrentTabData());
 }
 
-
-
 void TstBrowserTabBarEx::removeTabAndTheCurrentTab_data()
 {
     QTest::addColumn<int>("scrolling");
@@ -733,10 +731,9 @@ void TstBrowserTabBarEx::removeOnlyTabEmitsMinusOne()
     QCOMPARE(bar->count(), 0);
 }
 
-
-
-
-void TstBrowserTabBarEx::removedButtonIsHiddenAndDeletedLater()
+// A removed button is hidden at once, deaf to its own signals from then on, and
+// deleted later.
+void TstBrowserTabBarEx::removedButtonIsHiddenCutOffAndDeletedLater()
 {
     TestTabBarEx *bar = MakeBar();
     m_window->show();
@@ -745,23 +742,13 @@ void TstBrowserTabBarEx::removedButtonIsHiddenAndDeletedLater()
     bar->removeTab(2);
     QVERIFY(removed);
     QVERIFY(removed->isHidden());
-    QTRY_VERIFY(!removed);
-}
-
-void TstBrowserTabBarEx::removedButtonNoLongerReaches()
-{
-    TestTabBarEx *bar = MakeBar();
-    m_window->show();
-    Fill(*bar, 3);
-    QPointer<BrowserTabButtonEx> removed = bar->TabButton(2);
-    bar->removeTab(2);
     QSignalSpy closeRequested(bar, &BrowserTabBarEx::tabCloseRequested);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
-    // Before it is deleted, its signals no longer reach the bar.
     Q_EMIT removed->SigCloseClicked(removed->GetTabData());
     Q_EMIT removed->SigChangeClicked(removed->GetTabData());
     QCOMPARE(closeRequested.count(), 0);
     QCOMPARE(changed.count(), 0);
+    QTRY_VERIFY(!removed);
 }
 
 void TstBrowserTabBarEx::lookups()
@@ -873,8 +860,7 @@ void TstBrowserTabBarEx::updateCustomIcon()
     bar->setCurrentIndex(2);
     BrowserTabButtonEx *button = bar->TabButton(2);
     // The pointer over the current tab lets it show the bar's checked icon.
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     auto *icon = button->findChild<QPushButton *>(QStringLiteral("TabButtonIconDefaultEx"));
     QVERIFY(icon);
     bar->checkedIcon = MakeIconFile(m_dir, QStringLiteral("checked.png"), Qt::cyan);
@@ -966,8 +952,7 @@ void TstBrowserTabBarEx::iconClickReachesHook()
     bar->checkedIcon = MakeIconFile(m_dir, QStringLiteral("hook.png"), Qt::magenta);
     bar->setCurrentIndex(1);
     BrowserTabButtonEx *button = bar->TabButton(1);
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     auto *icon = button->findChild<QPushButton *>(QStringLiteral("TabButtonIconCustomEx"));
     QVERIFY(icon);
     QVERIFY(!icon->testAttribute(Qt::WA_TransparentForMouseEvents));
@@ -1201,11 +1186,7 @@ void TstBrowserTabBarEx::removeTabInsideCurrentChanged()
     TabDataPtr removedByHost = bar->GetTabData(4);
     TabDataPtr removed = bar->GetTabData(2);
     TabDataPtr next = bar->GetTabData(3);
-    bool once = true;
-    connect(bar, &BrowserTabBarEx::currentChanged, this, [bar, &once](int) {
-        if (!once)
-            return;
-        once = false;
+    OnNextCurrentChanged(bar, [bar] {
         bar->removeTab(4);
     });
     bar->removeTab(2);
@@ -1221,11 +1202,7 @@ void TstBrowserTabBarEx::removeSameTabInsideCurrentChanged()
 {
     TestTabBarEx *bar = MakeFilledBar(3, 1);
     TabDataPtr target = bar->GetTabData(1);
-    bool once = true;
-    connect(bar, &BrowserTabBarEx::currentChanged, this, [bar, target, &once](int) {
-        if (!once)
-            return;
-        once = false;
+    OnNextCurrentChanged(bar, [bar, target] {
         bar->removeTab(bar->GetIndexByTabData(target));
     });
     bar->removeTab(1);
@@ -1238,11 +1215,7 @@ void TstBrowserTabBarEx::removeSameTabInsideCurrentChanged()
 void TstBrowserTabBarEx::reselectRemovedTabInsideCurrentChanged()
 {
     TestTabBarEx *bar = MakeFilledBar(3, 1);
-    bool once = true;
-    connect(bar, &BrowserTabBarEx::currentChanged, this, [bar, &once](int) {
-        if (!once)
-            return;
-        once = false;
+    OnNextCurrentChanged(bar, [bar] {
         bar->setCurrentIndex(1); // back to the tab being removed
     });
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
@@ -1259,11 +1232,7 @@ void TstBrowserTabBarEx::insertTabInsideCurrentChanged()
     TestTabBarEx *bar = MakeFilledBar(3, 2);
     TabDataPtr removed = bar->GetTabData(2);
     TabDataPtr next = bar->GetTabData(3);
-    bool once = true;
-    connect(bar, &BrowserTabBarEx::currentChanged, this, [bar, &once](int) {
-        if (!once)
-            return;
-        once = false;
+    OnNextCurrentChanged(bar, [bar] {
         bar->insertTab(1, Web(QStringLiteral("inserted")));
     });
     bar->removeTab(2);
@@ -1330,8 +1299,7 @@ void TstBrowserTabBarEx::buttonOutlivesBar()
     button->LoadFinished();
     button->resize(150, 32);
     QTest::mouseDClick(button, Qt::LeftButton);
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     QEvent leave(QEvent::Leave);
     QCoreApplication::sendEvent(button, &leave);
     button->ReloadIcon();

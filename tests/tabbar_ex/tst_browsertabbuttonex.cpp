@@ -2,6 +2,7 @@
 // BrowserTabButtonEx: its form, style names, icon choice and download, close button
 // rule, mouse input and the guarded bar.
 
+#include "hoverevents.h"
 #include "keltabtest.h"
 
 #include "browsertabbarex.h"
@@ -166,8 +167,7 @@ void TstBrowserTabButtonEx::presetNameIsKept()
     // The form names the button only when it has no name yet: a subclass could name it first.
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")));
     QCOMPARE(button->objectName(), QStringLiteral("TabButtonBackEx"));
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     QCOMPARE(button->objectName(), QStringLiteral("TabButtonBackExHover"));
 }
 
@@ -276,8 +276,7 @@ void TstBrowserTabButtonEx::pressedKeepsLookUntilReleased()
     QVERIFY(button->IsChecked());
     QCOMPARE(button->objectName(), QStringLiteral("TabButtonPressedEx"));
     // No hover look while dragged either.
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     QCOMPARE(button->objectName(), QStringLiteral("TabButtonPressedEx"));
     button->SetReleased();
     QCOMPARE(button->objectName(), QStringLiteral("TabButtonFrontEx"));
@@ -293,8 +292,7 @@ void TstBrowserTabButtonEx::separatorNames()
     button->SetSeparatorVisible(true);
     QCOMPARE(content->objectName(), QStringLiteral("TabButtonContentExWithSep"));
     QVERIFY(button->IsSeparatorVisible());
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     button->SetSeparatorVisible(true);
     QCOMPARE(content->objectName(), QStringLiteral("TabButtonContentExNoSep"));
     QEvent leave(QEvent::Leave);
@@ -624,8 +622,7 @@ void TstBrowserTabButtonEx::deadBar()
     QVERIFY(button->IsLoading());
     button->LoadFinished();
     button->SetChecked(true);
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     button->UpdateIcon();
 }
 
