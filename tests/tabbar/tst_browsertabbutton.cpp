@@ -73,6 +73,7 @@ QString WriteIcon(const QString &dir, const QString &name)
 class TstBrowserTabButton : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 private Q_SLOTS:
     void init();
     void cleanup();

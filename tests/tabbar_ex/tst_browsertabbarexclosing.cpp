@@ -44,6 +44,7 @@ QList<int> Running(const QList<int> &widths)
 class TstBrowserTabBarExClosing : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void init();

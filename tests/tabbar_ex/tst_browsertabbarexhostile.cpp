@@ -46,6 +46,7 @@ protected:
 class TstBrowserTabBarExHostile : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void init();

@@ -74,6 +74,7 @@ Q_DECLARE_METATYPE(QList<bool>)
 class TstBrowserTabBarExMenu : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void initTestCase();

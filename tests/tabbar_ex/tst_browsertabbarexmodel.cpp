@@ -139,6 +139,7 @@ private:
 class TstBrowserTabBarExModel : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void initTestCase();
