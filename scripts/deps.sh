@@ -10,6 +10,7 @@ KELTAB_PACKAGES=(
     clang libclang-rt-14-dev
     xvfb xauth fonts-dejavu-core
     x11-xkb-utils xkb-data libx11-dev libxtst-dev
+    weston qtwayland5 qt6-wayland
     libqt5svg5 qt5-image-formats-plugins libqt6svg6 qt6-image-formats-plugins openssl
     dbus-daemon dbus-bin at-spi2-core python3 python3-gi gir1.2-atspi-2.0
     doxygen

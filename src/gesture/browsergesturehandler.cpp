@@ -5,8 +5,11 @@
 #include "igesturehandlerdelegate.h"
 #include "imonitorsystem.h"
 #include "voskeyinjector.h"
+#include "windowsystem_p.h"
 
+#include <QApplication>
 #include <QCoreApplication>
+#include <QWindow>
 
 namespace {
 
@@ -144,6 +147,26 @@ void BrowserGestureHandler::SlotMouseGestureUpdate()
     m_tipEnabled = KelMouseGesture::Instance()->GetEnableGestureTip();
 }
 
+namespace {
+
+// On Wayland the toast is a popup of the window the stroke is drawn in, placed
+// relative to it. A popup keeps the parent it was shown with: for another window it
+// is hidden first and shown anew.
+void MakeToastPopupOf(QWidget *toast, QWidget *window)
+{
+    QWindow *parent = window && window != toast ? window->window()->windowHandle() : nullptr;
+    if (!parent)
+        return;
+    toast->createWinId();
+    QWindow *handle = toast->windowHandle();
+    if (!handle || handle->transientParent() == parent)
+        return;
+    toast->hide();
+    handle->setTransientParent(parent);
+}
+
+} // namespace
+
 void BrowserGestureHandler::ShowToast(const QString &text)
 {
     if (!m_delegate)
@@ -156,6 +179,9 @@ void BrowserGestureHandler::ShowToast(const QString &text)
     const int x = area.left() + (area.width() - m_toast->width()) / 2;
     const int y = area.top() + (area.height() - m_toast->height()) / 2;
     m_toast->SetText(text);
+    if (WindowSystem::IsWayland())
+        MakeToastPopupOf(m_toast, QApplication::activeWindow() ? QApplication::activeWindow()
+                                                               : QApplication::topLevelAt(area.center()));
     m_toast->move(x, y);
     m_toast->show();
 }

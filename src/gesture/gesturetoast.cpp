@@ -2,6 +2,7 @@
 #include "gesturetoast.h"
 
 #include "dpitool.h"
+#include "windowsystem_p.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -10,10 +11,28 @@
 #include <QStyle>
 #include <QStyleOption>
 
+namespace {
+
+// A tool window where the client places its windows itself. A Wayland compositor
+// places a window only relative to its parent, and only a popup at a point the
+// client asks for: there the toast is a tooltip-like popup of the browser window.
+Qt::WindowFlags ToastWindowFlags()
+{
+    if (WindowSystem::IsWayland())
+        return Qt::ToolTip | Qt::FramelessWindowHint;
+    return Qt::Tool | Qt::FramelessWindowHint | Qt::CustomizeWindowHint;
+}
+
+} // namespace
+
 GestureToast::GestureToast(QWidget *parent)
-    : KelBaseWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::CustomizeWindowHint)
+    : KelBaseWidget(parent, ToastWindowFlags())
     , IDpiAdapter()
 {
+    // Shown while the user draws in the browser window: it must not take the window's
+    // activation or its keyboard focus away.
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setFocusPolicy(Qt::NoFocus);
     SetupUi();
     // The style sheet paints a rounded panel; the corners outside it stay see-through.
     setAttribute(Qt::WA_TranslucentBackground, true);

@@ -12,7 +12,10 @@ class QLabel;
  * The floating window that names the action of a mouse gesture while it is drawn.
  *
  * A frameless, translucent tool window of 200 x 90 logical pixels (scaled with
- * DpiTool, again whenever the factor changes) holding one centred label. Its look
+ * DpiTool, again whenever the factor changes) holding one centred label. It never
+ * takes the activation or the keyboard focus. On Wayland, where a client cannot
+ * place a top-level window, it is a tooltip-like popup of the window the stroke is
+ * drawn in (BrowserGestureHandler makes it so), placed relative to that window. Its look
  * comes from style sheets: the window is "GestureToast", the label "text_label";
  * the library's default is in KelTabStyle::DefaultStyleSheet().
  *

@@ -69,7 +69,7 @@ void BrowserTabArrowEx::HoldTimeout()
     // gets no presses, but it may have been disabled while the timer ran.
     if (!isEnabled() || !isVisible())
         return;
-    m_proxy->show();
+    m_proxy->ShowFor(this);
     Q_EMIT SigPressed();
 }
 

@@ -58,8 +58,16 @@ public:
     BrowserTabButtonEx *Button(int index) const;
     void InitContent();
     void InitArrowFrame();
+    BrowserTabButtonBase *CreateButton(const TabDataPtr &tab, const QString &iconPath, bool loading) override;
+    QString PluginIconUrl(const QString &pluginCode) override;
+    QList<QWidget *> AccessibleControls() const override;
 
     // Layout.
+    void Relayout() override;
+    void Resized() override;
+    void AdjustForDpi() override;
+    void LayoutAfterRemoval() override;
+    void LayoutAfterMove() override;
     void ComputeButtonWidth(int available);
     void ResizeButtons();
     void ResetButtons();
@@ -73,11 +81,25 @@ public:
     void ResetSeparator();
     void SetPressedSeparator();
     void UpdateButtonForms();
+    void DirectionChanged() override;
+    /** The arrows and shadows point and fade the other way round when mirrored. */
+    void UpdateMirroredStyles();
+
+    // The current tab.
+    void CurrentTabChanged(int previous) override;
+    int NextCurrentOnRemoval(int index) override;
+    void ShowTab(int index) override;
+    /** Whether the scrolling tab at @p index lies wholly inside the viewport. */
+    bool IsInView(int index) const;
+    /** Scrolls at once, without animation, just far enough to show the tab at @p index whole. */
+    void BringIntoView(int index);
+
     // Closing mode: layouts that keep the widths frozen under the mouse.
     void ResetDelayButtons();
     void ResizeLastButtons();
     void ResizeDelayArea();
     void ResizeDelayButtons();
+
     // Scrolling.
     int MinOffset() const;
     int ScrollStep() const;
@@ -86,35 +108,18 @@ public:
     bool CanScrollTowardsStart() const;
     bool CanScrollTowardsEnd() const;
     void UpdateArrowState();
-    // Dragging.
-    void SortButtons();
-    void ResetSortButtons();
-    // The menu.
-    void CheckMenuVisible(const TabDataPtr &tab);
-    void CheckMenuEnable();
 
-    BrowserTabButtonBase *CreateButton(const TabDataPtr &tab, const QString &iconPath, bool loading) override;
-    void Relayout() override;
-    void Resized() override;
-    /** Whether the scrolling tab at @p index lies wholly inside the viewport. */
-    bool IsInView(int index) const;
-    /** Scrolls at once, without animation, just far enough to show the tab at @p index whole. */
-    void BringIntoView(int index);
-    void LayoutAfterRemoval() override;
-    void CurrentTabChanged(int previous) override;
-    void LayoutAfterMove() override;
-    int NextCurrentOnRemoval(int index) override;
-    QString PluginIconUrl(const QString &pluginCode) override;
-    void BuildMenu(KelMenu *menu) override;
-    void PrepareMenu(const TabDataPtr &tab) override;
-    void AdjustForDpi() override;
-    void DirectionChanged() override;
-    /** The arrows and shadows point and fade the other way round when mirrored. */
-    void UpdateMirroredStyles();
+    // Dragging.
     bool BeginPress(BrowserTabButtonBase *button, const QPoint &globalPos) override;
     void DragTo(const QPoint &globalPos) override;
     void EndPress(BrowserTabButtonBase *button) override;
     void DragAbandoned() override;
-    void ShowTab(int index) override;
-    QList<QWidget *> AccessibleControls() const override;
+    void SortButtons();
+    void ResetSortButtons();
+
+    // The menu.
+    void BuildMenu(KelMenu *menu) override;
+    void PrepareMenu(const TabDataPtr &tab) override;
+    void CheckMenuVisible(const TabDataPtr &tab);
+    void CheckMenuEnable();
 };

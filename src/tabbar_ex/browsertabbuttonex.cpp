@@ -496,9 +496,8 @@ void BrowserTabButtonExPrivate::UpdateCloseButton()
 
 void BrowserTabButtonEx::SlotIconClicked()
 {
-    Q_D(BrowserTabButtonEx);
-    const TabDataPtr tab = d->tabData;
-    Q_EMIT SigIconClicked(tab);
+    // The signal takes its own copy of the record: a receiver may delete this button.
+    Q_EMIT SigIconClicked(d_func()->tabData);
 }
 
 void BrowserTabButtonEx::enterEvent(KelEnterEvent *event)

@@ -18,7 +18,6 @@
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
-#include <QCursor>
 #include <QKeyEvent>
 
 namespace {
@@ -385,7 +384,7 @@ bool BrowserTabBarBasePrivate::HandleKey(QKeyEvent *event)
             BrowserTabButtonBase *button = buttons.at(index);
             ShowTab(index);
             // Under the tab's start, where a menu opened from it would drop down.
-            RunMenu(button, button->mapToGlobal(QPoint(q->isRightToLeft() ? button->width() : 0, button->height())));
+            RunMenu(button, KeyboardMenuPos(button));
         }
         break;
     default:
@@ -393,6 +392,12 @@ bool BrowserTabBarBasePrivate::HandleKey(QKeyEvent *event)
     }
     event->accept();
     return true;
+}
+
+QPoint BrowserTabBarBasePrivate::KeyboardMenuPos(const BrowserTabButtonBase *button) const
+{
+    // Under the tab, opening away from the strip's start.
+    return button->mapToGlobal(QPoint(q_func()->isRightToLeft() ? button->width() : 0, button->height()));
 }
 
 bool BrowserTabBarBasePrivate::OpenMenuNext(QWidget *widget, const QPoint &globalPos)
@@ -822,9 +827,14 @@ void BrowserTabBarBase::SlotMenuClicked(TabDataPtr tab)
         return;
     BrowserTabButtonBase *button = d->buttons.at(index);
     // A request that follows a right press on the tab comes from the user: the menu opens
-    // where the click was. One from code opens where the pointer is.
+    // where the click was. One from code opens where the pointer is, or, where the
+    // platform cannot tell that, under the tab as from the keyboard.
     const bool rightClicked = button->d_func()->rightPressSerial > d->menuPressSerial;
-    const QPoint globalPos = rightClicked ? button->LastPressGlobalPos() : QCursor::pos();
+    QPoint globalPos;
+    if (rightClicked)
+        globalPos = button->LastPressGlobalPos();
+    else if (!TabPointer::GlobalPos(&globalPos))
+        globalPos = d->KeyboardMenuPos(button);
     if (d->menuRunning) {
         // A tab right-clicked while the menu ran (the window system hands the click over
         // once the menu has let go of the mouse): its menu comes next. A request from
@@ -856,7 +866,7 @@ void BrowserTabBarBase::SlotButtonPressed()
     d->dragging = false;
     d->dragStartIndex = d->buttons.indexOf(button);
     d->moveProxy->SetStartPoint(globalPos);
-    d->moveProxy->show();
+    d->moveProxy->ShowFor(this);
 }
 
 void BrowserTabBarBase::SlotButtonMove()

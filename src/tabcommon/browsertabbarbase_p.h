@@ -146,6 +146,8 @@ public:
     int MenuTabIndex();
     /** Shows the menu for @p button at @p globalPos, and then any menu asked for meanwhile. */
     void RunMenu(BrowserTabButtonBase *button, QPoint globalPos);
+    /** Where a menu opened without a click opens: under @p button's start corner. */
+    QPoint KeyboardMenuPos(const BrowserTabButtonBase *button) const;
     /**
      * A right press on @p widget at @p globalPos while the menu runs: when it is one of
      * this strip's tabs, that tab's menu is to open next. Returns whether it is.

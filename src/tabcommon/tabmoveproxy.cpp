@@ -2,6 +2,7 @@
 #include "tabmoveproxy.h"
 
 #include "eventpoint_p.h"
+#include "windowsystem_p.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -9,6 +10,11 @@
 TabMoveProxy::TabMoveProxy(QWidget *parent)
     : TabPopupProxy(parent)
 {
+    // A Wayland compositor hands the pointer over to a popup as it maps, and the
+    // motions that follow reach it without the button that was pressed before: only
+    // tracking lets the drag see them. Elsewhere the held button brings every motion.
+    if (WindowSystem::IsWayland())
+        setMouseTracking(true);
 }
 
 TabMoveProxy::~TabMoveProxy() = default;

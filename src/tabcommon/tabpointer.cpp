@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tabpointer_p.h"
 
+#include "windowsystem_p.h"
+
 #include <QApplication>
 #include <QCursor>
 #include <QEnterEvent>
@@ -68,6 +70,11 @@ void CollectStale(QWidget *node, const QVector<QWidget *> &path, QVector<QPointe
 
 bool GlobalPos(QPoint *pos)
 {
+    // A Wayland client is never told where the pointer is outside its own surfaces:
+    // there QCursor::pos() is only the last position seen inside them, stale the
+    // moment the pointer leaves.
+    if (WindowSystem::IsWayland())
+        return false;
     const QScreen *screen = QGuiApplication::primaryScreen();
     if (!screen)
         return false;
@@ -77,9 +84,14 @@ bool GlobalPos(QPoint *pos)
 
 bool IsOver(const QWidget *widget)
 {
-    QPoint global;
-    if (!widget || !GlobalPos(&global))
+    if (!widget)
         return false;
+    QPoint global;
+    if (!GlobalPos(&global)) {
+        // What the window system last reported: Qt marks a widget under the mouse on
+        // its Enter and clears the mark before delivering its Leave.
+        return widget->underMouse();
+    }
     return widget->rect().contains(widget->mapFromGlobal(global));
 }
 

@@ -19,11 +19,16 @@ namespace TabPointer {
 
 /**
  * The pointer's global position, when the platform can tell it.
- * @return false when it cannot (no cursor on this platform).
+ * @return false when it cannot: no screen, or a Wayland session, where a client
+ * learns the pointer's position only from the events that reach its own surfaces.
  */
 bool GlobalPos(QPoint *pos);
 
-/** True when the pointer lies over @p widget's rectangle (not only over a window above it). */
+/**
+ * True when the pointer lies over @p widget's rectangle (not only over a window above
+ * it). Where the position cannot be told, whether the window system last reported the
+ * pointer over the widget (its Enter and Leave).
+ */
 bool IsOver(const QWidget *widget);
 
 /**

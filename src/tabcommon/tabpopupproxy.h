@@ -8,6 +8,9 @@
 /**
  * An invisible 1 x 1 popup that takes the mouse while a tab button or an arrow is held.
  *
+ * Invisible twice over: fully transparent, and, where a platform does not honour
+ * window opacity, a translucent window that paints nothing.
+ *
  * Being a popup, it receives every mouse event while shown, wherever the pointer is.
  * A left release hides it; any hide (also when the window system closes the popup)
  * emits SigButtonRelease, so the owner always learns that the hold has ended.
@@ -27,6 +30,12 @@ public:
      */
     ~TabPopupProxy() override;
 
+    /**
+     * Shows the proxy for a hold that began in @p owner: the proxy is made a transient
+     * of @p owner's window first, which Wayland needs to show a popup at all.
+     */
+    void ShowFor(QWidget *owner);
+
 Q_SIGNALS:
     /**
      * The hold has ended: emitted on every hide of the proxy, after a left release,
@@ -36,6 +45,8 @@ Q_SIGNALS:
     void SigButtonRelease();
 
 protected:
+    /** Paints nothing: the proxy is never to be seen. */
+    void paintEvent(QPaintEvent *event) override;
     /** Takes every press while the popup is shown, so that nothing under it is clicked. */
     void mousePressEvent(QMouseEvent *event) override;
     /** A left release calls LeftButtonReleased() and hides the proxy; other releases are swallowed. */

@@ -120,6 +120,7 @@ TabMoveProxy *ShownProxy()
 class TstTabBarChaos : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void initTestCase();

@@ -12,6 +12,9 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QImage>
+#include <QList>
+#include <QRect>
 #include <QPoint>
 #include <QProcess>
 #include <QStringList>
@@ -46,6 +49,17 @@ public:
             dlsym(m_x11, "XkbKeysymToModifiers"));
         m_lockModifiers = reinterpret_cast<int (*)(void *, unsigned int, unsigned int, unsigned int)>(
             dlsym(m_x11, "XkbLockModifiers"));
+        m_defaultRoot = reinterpret_cast<unsigned long (*)(void *)>(dlsym(m_x11, "XDefaultRootWindow"));
+        m_getImage = reinterpret_cast<void *(*)(void *, unsigned long, int, int, unsigned int, unsigned int,
+                                                unsigned long, int)>(dlsym(m_x11, "XGetImage"));
+        m_getPixel = reinterpret_cast<unsigned long (*)(void *, int, int)>(dlsym(m_x11, "XGetPixel"));
+        m_destroyImage = reinterpret_cast<int (*)(void *)>(dlsym(m_x11, "XDestroyImage"));
+        m_queryTree = reinterpret_cast<int (*)(void *, unsigned long, unsigned long *, unsigned long *,
+                                               unsigned long **, unsigned int *)>(dlsym(m_x11, "XQueryTree"));
+        m_getGeometry = reinterpret_cast<int (*)(void *, unsigned long, unsigned long *, int *, int *, unsigned int *,
+                                                 unsigned int *, unsigned int *, unsigned int *)>(
+            dlsym(m_x11, "XGetGeometry"));
+        m_free = reinterpret_cast<int (*)(void *)>(dlsym(m_x11, "XFree"));
         auto query = reinterpret_cast<int (*)(void *, int *, int *, int *, int *)>(
             dlsym(m_xtst, "XTestQueryExtension"));
         if (!openDisplay || !m_flush || !m_sync || !m_closeDisplay || !m_keysymToKeycode || !m_motion
@@ -129,11 +143,71 @@ public:
         m_sync(m_display, 0);
     }
 
+    /** Presses (@p down) or releases the key that carries @p keysym in the server's present layout. */
+    void KeySym(unsigned long keysym, bool down)
+    {
+        const unsigned int code = m_display ? m_keysymToKeycode(m_display, keysym) : 0;
+        if (code == 0)
+            return;
+        m_key(m_display, code, down ? 1 : 0, 0);
+        m_sync(m_display, 0);
+    }
+
     /** Presses (@p down) or releases the key with the X key code @p keyCode (its physical position). */
     void SendKeyCode(unsigned int keyCode, bool down)
     {
         if (m_display)
             m_key(m_display, keyCode, down ? 1 : 0, 0);
+    }
+
+    /**
+     * What the X screen shows in @p rect (screen coordinates), as the user sees it;
+     * a null image when the server cannot tell. The screen is taken to be 24-bit
+     * TrueColor (0xRRGGBB pixels), as xvfb-run makes it.
+     */
+    QImage Grab(const QRect &rect)
+    {
+        if (!m_display || !m_defaultRoot || !m_getImage || !m_getPixel || !m_destroyImage)
+            return QImage();
+        m_sync(m_display, 0);
+        void *image = m_getImage(m_display, m_defaultRoot(m_display), rect.x(), rect.y(), unsigned(rect.width()),
+                                 unsigned(rect.height()), ~0ul, ZPixmap);
+        if (!image)
+            return QImage();
+        QImage grabbed(rect.size(), QImage::Format_RGB32);
+        for (int y = 0; y < rect.height(); ++y) {
+            for (int x = 0; x < rect.width(); ++x)
+                grabbed.setPixel(x, y, 0xff000000u | uint(m_getPixel(image, x, y) & 0xffffffu));
+        }
+        m_destroyImage(image);
+        return grabbed;
+    }
+
+    /**
+     * The screen rectangles of the top-level windows of the X screen, in stacking
+     * order (another client's, such as a nested compositor's output); empty when the
+     * server cannot tell.
+     */
+    QList<QRect> TopLevelWindows()
+    {
+        QList<QRect> windows;
+        if (!m_display || !m_defaultRoot || !m_queryTree || !m_getGeometry || !m_free)
+            return windows;
+        unsigned long root = 0, parent = 0;
+        unsigned long *children = nullptr;
+        unsigned int count = 0;
+        if (!m_queryTree(m_display, m_defaultRoot(m_display), &root, &parent, &children, &count))
+            return windows;
+        for (unsigned int i = 0; i < count; ++i) {
+            unsigned long windowRoot = 0;
+            int x = 0, y = 0;
+            unsigned int width = 0, height = 0, border = 0, depth = 0;
+            if (m_getGeometry(m_display, children[i], &windowRoot, &x, &y, &width, &height, &border, &depth))
+                windows << QRect(x + int(border), y + int(border), int(width), int(height));
+        }
+        if (children)
+            m_free(children);
+        return windows;
     }
 
     /** Waits until the server has handled every request sent so far. */
@@ -163,6 +237,7 @@ public:
 
 private:
     static constexpr unsigned int UseCoreKeyboard = 0x0100; // XkbUseCoreKbd
+    static constexpr int ZPixmap = 2;
 
     void *m_x11 = nullptr;
     void *m_xtst = nullptr;
@@ -177,6 +252,14 @@ private:
     int (*m_key)(void *, unsigned int, int, unsigned long) = nullptr;
     unsigned int (*m_keysymToModifiers)(void *, unsigned long) = nullptr;
     int (*m_lockModifiers)(void *, unsigned int, unsigned int, unsigned int) = nullptr;
+    unsigned long (*m_defaultRoot)(void *) = nullptr;
+    void *(*m_getImage)(void *, unsigned long, int, int, unsigned int, unsigned int, unsigned long, int) = nullptr;
+    unsigned long (*m_getPixel)(void *, int, int) = nullptr;
+    int (*m_destroyImage)(void *) = nullptr;
+    int (*m_queryTree)(void *, unsigned long, unsigned long *, unsigned long *, unsigned long **, unsigned int *) = nullptr;
+    int (*m_getGeometry)(void *, unsigned long, unsigned long *, int *, int *, unsigned int *, unsigned int *,
+                         unsigned int *, unsigned int *) = nullptr;
+    int (*m_free)(void *) = nullptr;
 };
 
 } // namespace KelTest

@@ -11,6 +11,7 @@ using namespace ClassicTest;
 class TstBrowserTabBar : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void init();
@@ -362,7 +363,7 @@ void TstBrowserTabBar::buttonsLiveInTheStripAndNewOnesGoBelow()
 void TstBrowserTabBar::renderLook_data()
 {
     QTest::addColumn<int>("tabs");
-    QTest::addColumn<double>("scale");
+    KelTest::AddScaleColumn();
     QTest::newRow("1 tab") << 1 << 1.0;
     QTest::newRow("5 tabs") << 5 << 1.0;
     QTest::newRow("20 tabs") << 20 << 1.0;
@@ -372,8 +373,7 @@ void TstBrowserTabBar::renderLook_data()
 void TstBrowserTabBar::renderLook()
 {
     QFETCH(int, tabs);
-    QFETCH(double, scale);
-    DpiTool::SetScaleFactor(scale);
+    const double scale = KelTest::UseRowScale();
     // A window as a host would have it: the tab strip over a white page.
     QWidget window;
     KelTabStyle::ApplyDefaultStyleSheet(&window);

@@ -11,6 +11,7 @@ using namespace ClassicTest;
 class TstBrowserTabBarDrag : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void init();

@@ -11,6 +11,7 @@ using namespace ClassicTest;
 class TstBrowserTabBarHostile : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void init();
@@ -363,7 +364,7 @@ public:
 
 void TstBrowserTabBarHostile::randomizedModel_data()
 {
-    QTest::addColumn<double>("scale");
+    KelTest::AddScaleColumn();
     QTest::addColumn<int>("fixedCount");
     QTest::addColumn<int>("fixedWidth");
     QTest::addColumn<int>("firstIndex");
@@ -375,7 +376,6 @@ void TstBrowserTabBarHostile::randomizedModel_data()
 
 void TstBrowserTabBarHostile::randomizedModel()
 {
-    QFETCH(double, scale);
     QFETCH(int, fixedCount);
     QFETCH(int, fixedWidth);
     QFETCH(int, firstIndex);
@@ -407,7 +407,7 @@ void TstBrowserTabBarHostile::randomizedModel()
         }
     } report{seed};
 
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     QRandomGenerator rng(seed);
     Model model;
     model.fixedCount = fixedCount;

@@ -11,6 +11,7 @@ using namespace ClassicTest;
 class TstBrowserTabBarLayout : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void init();
@@ -54,7 +55,7 @@ void TstBrowserTabBarLayout::cleanup()
 
 void TstBrowserTabBarLayout::layoutRules_data()
 {
-    QTest::addColumn<double>("scale");
+    KelTest::AddScaleColumn();
     QTest::addColumn<int>("barWidth");
     QTest::addColumn<int>("tabs");
     QTest::addColumn<int>("fixedCount");
@@ -84,7 +85,6 @@ void TstBrowserTabBarLayout::layoutRules_data()
 
 void TstBrowserTabBarLayout::layoutRules()
 {
-    QFETCH(double, scale);
     QFETCH(int, barWidth);
     QFETCH(int, tabs);
     QFETCH(int, fixedCount);
@@ -93,7 +93,7 @@ void TstBrowserTabBarLayout::layoutRules()
     QFETCH(int, extra);
     QFETCH(int, contentWidth);
     QFETCH(int, newTabX);
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     auto bar = MakeBar(barWidth, tabs, fixedCount, fixedWidth);
     QCOMPARE(bar->height(), S(4) + S(32));
 

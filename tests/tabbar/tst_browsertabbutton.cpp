@@ -73,6 +73,7 @@ QString WriteIcon(const QString &dir, const QString &name)
 class TstBrowserTabButton : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 private Q_SLOTS:
     void init();
     void cleanup();
@@ -179,7 +180,7 @@ void TstBrowserTabButton::nullRecordIsReplaced()
 
 void TstBrowserTabButton::layoutPlacesChildren_data()
 {
-    QTest::addColumn<double>("scale");
+    KelTest::AddScaleColumn();
     QTest::addColumn<int>("width");
     QTest::addColumn<int>("height");
     QTest::newRow("1.0") << 1.0 << 164 << 32;
@@ -188,10 +189,9 @@ void TstBrowserTabButton::layoutPlacesChildren_data()
 
 void TstBrowserTabButton::layoutPlacesChildren()
 {
-    QFETCH(double, scale);
     QFETCH(int, width);
     QFETCH(int, height);
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     TestBar bar;
     BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), false, &bar, m_host.get());
     button.SetChecked(true);

@@ -119,7 +119,7 @@ void TstBrowserTabButtonBg::pickByCheckedThenHovered()
 
 void TstBrowserTabButtonBg::pixmapSizeFollowsScale_data()
 {
-    QTest::addColumn<double>("scale");
+    KelTest::AddScaleColumn();
     QTest::addColumn<int>("height");
     QTest::newRow("1.0") << 1.0 << 32;
     QTest::newRow("1.5") << 1.5 << 48;
@@ -127,9 +127,8 @@ void TstBrowserTabButtonBg::pixmapSizeFollowsScale_data()
 
 void TstBrowserTabButtonBg::pixmapSizeFollowsScale()
 {
-    QFETCH(double, scale);
     QFETCH(int, height);
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     BrowserTabButtonBg cache;
     const QPixmap *pixmap = cache.GetButtonBg(150, true, false);
     QCOMPARE(pixmap->size(), QSize(150, height));

@@ -92,6 +92,7 @@ private:
 class TstBrowserTabMoveProxy : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 private Q_SLOTS:
     void init();
     void cleanup();

@@ -15,7 +15,9 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QColor>
 #include <QFrame>
+#include <QImage>
 #include <QMouseEvent>
 #include <QList>
 #include <QMoveEvent>
@@ -25,6 +27,8 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
+
+#include <memory>
 
 class TestTabBarEx : public BrowserTabBarEx
 {
@@ -253,6 +257,16 @@ inline void OpenIconCache(const QTemporaryDir &dir)
     VosImageCache::Instance()->SetCacheDirectory(dir.filePath(QStringLiteral("cache")));
 }
 
+/** Writes a 32 by 32 icon of one @p colour as @p name into @p dir; returns its path. */
+inline QString MakeIconFile(const QTemporaryDir &dir, const QString &name, QColor colour)
+{
+    QImage image(32, 32, QImage::Format_ARGB32);
+    image.fill(colour);
+    const QString path = dir.filePath(name);
+    image.save(path);
+    return path;
+}
+
 /** Releases the icon cache and gives the screen its own scale back. For cleanupTestCase(). */
 inline void EndTestCase()
 {
@@ -267,6 +281,20 @@ inline void Fill(TestTabBarEx &bar, int scrolling)
         bar.addTab(Home());
     for (int i = 0; i < scrolling; ++i)
         bar.addTab(Web(QStringLiteral("Tab %1").arg(i + 1)));
+}
+
+/**
+ * Runs @p reaction inside the bar's next currentChanged only, as a host that reacts
+ * to the signal by changing the bar.
+ */
+template <typename Reaction>
+void OnNextCurrentChanged(BrowserTabBarEx *bar, Reaction reaction)
+{
+    auto connection = std::make_shared<QMetaObject::Connection>();
+    *connection = QObject::connect(bar, &BrowserTabBarEx::currentChanged, bar, [connection, reaction](int) {
+        QObject::disconnect(*connection);
+        reaction();
+    });
 }
 
 } // namespace TabTest

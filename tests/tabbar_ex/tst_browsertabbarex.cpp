@@ -2,6 +2,7 @@
 // BrowserTabBarEx: structure, tab list, lookups, widths and layout, and hostile call orders.
 // Pixel numbers are checked at scale factors 1.0 and 1.5.
 
+#include "hoverevents.h"
 #include "keltabtest.h"
 
 #include "browsertabbarex.h"
@@ -28,7 +29,6 @@ class TstBrowserTabBarEx : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void init();
     void cleanup();
     void cleanupTestCase();
 
@@ -65,8 +65,7 @@ private Q_SLOTS:
     void removeTabAndTheCurrentTab();
     void removeCurrentWithCloseLeft();
     void removeOnlyTabEmitsMinusOne();
-    void removedButtonIsHiddenAndDeletedLater();
-    void removedButtonNoLongerReaches();
+    void removedButtonIsHiddenCutOffAndDeletedLater();
 
     void lookups();
     void lookupsOutOfRange();
@@ -109,7 +108,7 @@ private:
 
     TestTabBarEx *MakeBar(int designAvailable = 1000);
     TestTabBarEx *MakeFilledBar(int scrolling, int current);
-    QString MakeIcon(const QString &name, QColor colour);
+    TestTabBarEx *MakeShownBar(int scrolling);
 };
 
 TestTabBarEx *TstBrowserTabBarEx::MakeBar(int designAvailable)
@@ -119,6 +118,17 @@ TestTabBarEx *TstBrowserTabBarEx::MakeBar(int designAvailable)
     m_bar->resize(BarWidthFor(designAvailable), m_bar->ButtonBarHeight());
     m_window->resize(m_bar->size());
     return m_bar;
+}
+
+// The indexes of the tabs whose buttons are checked.
+static QList<int> CheckedTabs(const TestTabBarEx &bar)
+{
+    QList<int> checked;
+    for (int i = 0; i < bar.count(); ++i) {
+        if (bar.TabButton(i)->IsChecked())
+            checked << i;
+    }
+    return checked;
 }
 
 // Most tests start here: the home tab and @p scrolling web tabs, with the tab at
@@ -131,27 +141,28 @@ TestTabBarEx *TstBrowserTabBarEx::MakeFilledBar(int scrolling, int current)
     return bar;
 }
 
-QString TstBrowserTabBarEx::MakeIcon(const QString &name, QColor colour)
+// For the tests that click: the home tab and @p scrolling web tabs in a window on
+// the screen; null when the window is never exposed.
+TestTabBarEx *TstBrowserTabBarEx::MakeShownBar(int scrolling)
 {
-    QImage image(32, 32, QImage::Format_ARGB32);
-    image.fill(colour);
-    const QString path = m_dir.filePath(name);
-    image.save(path);
-    return path;
+    TestTabBarEx *bar = MakeBar();
+    m_window->show();
+    if (!QTest::qWaitForWindowExposed(m_window.get()))
+        return nullptr;
+    Fill(*bar, scrolling);
+    return bar;
 }
 
 void TstBrowserTabBarEx::initTestCase()
 {
     OpenIconCache(m_dir);
-}
-
-void TstBrowserTabBarEx::init()
-{
     DpiTool::SetScaleFactor(1.0);
 }
 
+// Each test starts at scale 1.0 without a bar.
 void TstBrowserTabBarEx::cleanup()
 {
+    DpiTool::SetScaleFactor(1.0);
     m_window.reset();
     m_bar = nullptr;
     // Buttons removed by a test are deleted later; let them go before the next test.
@@ -161,19 +172,6 @@ void TstBrowserTabBarEx::cleanup()
 void TstBrowserTabBarEx::cleanupTestCase()
 {
     EndTestCase();
-}
-
-static void AddScaleRows()
-{
-    QTest::addColumn<double>("scale");
-}
-
-// For the geometry tests that take nothing but the scale: one row at 1.0, one at 1.5.
-static void AddBothScales()
-{
-    AddScaleRows();
-    QTest::newRow("1.0") << 1.0;
-    QTest::newRow("1.5") << 1.5;
 }
 
 void TstBrowserTabBarEx::construction()
@@ -255,7 +253,7 @@ void TstBrowserTabBarEx::metaObjectOrder()
 
 void TstBrowserTabBarEx::sizeGetters_data()
 {
-    AddScaleRows();
+    KelTest::AddScaleColumn();
     QTest::addColumn<QList<int>>("expected");
     // bar height, button height, top, max, min, no-close, home
     QTest::newRow("1.0") << 1.0 << QList<int>({40, 32, 4, 224, 96, 112, 84});
@@ -264,9 +262,8 @@ void TstBrowserTabBarEx::sizeGetters_data()
 
 void TstBrowserTabBarEx::sizeGetters()
 {
-    QFETCH(double, scale);
     QFETCH(QList<int>, expected);
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     TestTabBarEx *bar = MakeBar();
     const QList<int> actual = {bar->ButtonBarHeight(), bar->ButtonHeight(), bar->ButtonTop(), bar->MaxButtonWidth(),
                                bar->MinButtonWidth(), bar->NoCloseButtonWidth(), bar->ButtonHomepageWidth()};
@@ -276,7 +273,7 @@ void TstBrowserTabBarEx::sizeGetters()
 
 void TstBrowserTabBarEx::widthsForAvailable_data()
 {
-    AddScaleRows();
+    KelTest::AddScaleColumn();
     QTest::addColumn<int>("tabs");
     QTest::addColumn<int>("width");
     QTest::addColumn<bool>("overflow");
@@ -293,11 +290,10 @@ void TstBrowserTabBarEx::widthsForAvailable_data()
 
 void TstBrowserTabBarEx::widthsForAvailable()
 {
-    QFETCH(double, scale);
     QFETCH(int, tabs);
     QFETCH(int, width);
     QFETCH(bool, overflow);
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     TestTabBarEx *bar = MakeBar(1000);
     Fill(*bar, tabs);
     bar->setCurrentIndex(1);
@@ -343,15 +339,13 @@ void TstBrowserTabBarEx::computeButtonWidthKeepCurrentWide()
 
 void TstBrowserTabBarEx::frameGeometryWithoutOverflow_data()
 {
-    AddBothScales();
+    KelTest::AddBothScales();
 }
 
 void TstBrowserTabBarEx::frameGeometryWithoutOverflow()
 {
-    QFETCH(double, scale);
-    DpiTool::SetScaleFactor(scale);
-    TestTabBarEx *bar = MakeBar(1000);
-    Fill(*bar, 3);
+    KelTest::UseRowScale();
+    TestTabBarEx *bar = MakeFilledBar(3, 0);
     const int W = bar->width();
     const int H = bar->height();
     const int F = DpiTool::ScaleDefault(84);
@@ -366,15 +360,13 @@ void TstBrowserTabBarEx::frameGeometryWithoutOverflow()
 
 void TstBrowserTabBarEx::frameGeometryInOverflow_data()
 {
-    AddBothScales();
+    KelTest::AddBothScales();
 }
 
 void TstBrowserTabBarEx::frameGeometryInOverflow()
 {
-    QFETCH(double, scale);
-    DpiTool::SetScaleFactor(scale);
-    TestTabBarEx *bar = MakeBar(1000);
-    Fill(*bar, 20);
+    KelTest::UseRowScale();
+    TestTabBarEx *bar = MakeFilledBar(20, 0);
     QVERIFY(bar->IsOverflow());
     const int W = bar->width();
     const int H = bar->height();
@@ -401,13 +393,12 @@ void TstBrowserTabBarEx::frameGeometryInOverflow()
 
 void TstBrowserTabBarEx::fixedTabsInFixedArea_data()
 {
-    AddBothScales();
+    KelTest::AddBothScales();
 }
 
 void TstBrowserTabBarEx::fixedTabsInFixedArea()
 {
-    QFETCH(double, scale);
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     TestTabBarEx *bar = MakeBar(1000);
     bar->fixedCount = 2;
     bar->fixedDesignWidth = 161; // 80 each at 1.0, integer division leaves one pixel
@@ -613,8 +604,7 @@ void TstBrowserTabBarEx::setCurrentIndexChecksOnlyTheCurrent()
     bar->setCurrentIndex(2);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(changed.at(0).at(0).toInt(), 2);
-    for (int i = 0; i < bar->count(); ++i)
-        QCOMPARE(bar->TabButton(i)->IsChecked(), i == 2);
+    QCOMPARE(CheckedTabs(*bar), QList<int>{2});
     QCOMPARE(bar->TabButton(2)->objectName(), QStringLiteral("TabButtonFrontEx"));
     // The current tab lies above its siblings.
     QCOMPARE(bar->Content()->children().last(), static_cast<QObject *>(bar->TabButton(2)));
@@ -647,8 +637,7 @@ void TstBrowserTabBarEx::setCurrentIndexOutOfRange()
     QCOMPARE(bar->currentIndex(), -5);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(changed.at(0).at(0).toInt(), -5);
-    for (int i = 0; i < bar->count(); ++i)
-        QVERIFY(!bar->TabButton(i)->IsChecked());
+    QVERIFY(CheckedTabs(*bar).isEmpty());
     QVERIFY(!bar->GetCurrentTabData());
 }
 
@@ -659,12 +648,9 @@ void TstBrowserTabBarEx::setCurrentIndexMinusOneUnchecksAll()
     bar->setCurrentIndex(-1);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(changed.at(0).at(0).toInt(), -1);
-    for (int i = 0; i < bar->count(); ++i)
-        QVERIFY(!bar->TabButton(i)->IsChecked());
+    QVERIFY(CheckedTabs(*bar).isEmpty());
     QVERIFY(!bar->GetCurrentTabData());
 }
-
-
 
 void TstBrowserTabBarEx::removeTabAndTheCurrentTab_data()
 {
@@ -705,8 +691,7 @@ void TstBrowserTabBarEx::removeTabAndTheCurrentTab()
     QCOMPARE(bar->count(), countAfter);
     QCOMPARE(bar->currentIndex(), currentAfter);
     QVERIFY(bar->GetCurrentTabData() == expectedCurrent);
-    for (int i = 0; i < bar->count(); ++i)
-        QCOMPARE(bar->TabButton(i)->IsChecked(), i == currentAfter);
+    QCOMPARE(CheckedTabs(*bar), QList<int>{currentAfter});
     // The remaining scrolling tabs close up from x = 0.
     QCOMPARE(KelTest::LogicalX(bar->TabButton(1)), 0);
     for (int i = 2; i < bar->count(); ++i)
@@ -746,10 +731,9 @@ void TstBrowserTabBarEx::removeOnlyTabEmitsMinusOne()
     QCOMPARE(bar->count(), 0);
 }
 
-
-
-
-void TstBrowserTabBarEx::removedButtonIsHiddenAndDeletedLater()
+// A removed button is hidden at once, deaf to its own signals from then on, and
+// deleted later.
+void TstBrowserTabBarEx::removedButtonIsHiddenCutOffAndDeletedLater()
 {
     TestTabBarEx *bar = MakeBar();
     m_window->show();
@@ -758,23 +742,13 @@ void TstBrowserTabBarEx::removedButtonIsHiddenAndDeletedLater()
     bar->removeTab(2);
     QVERIFY(removed);
     QVERIFY(removed->isHidden());
-    QTRY_VERIFY(!removed);
-}
-
-void TstBrowserTabBarEx::removedButtonNoLongerReaches()
-{
-    TestTabBarEx *bar = MakeBar();
-    m_window->show();
-    Fill(*bar, 3);
-    QPointer<BrowserTabButtonEx> removed = bar->TabButton(2);
-    bar->removeTab(2);
     QSignalSpy closeRequested(bar, &BrowserTabBarEx::tabCloseRequested);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
-    // Before it is deleted, its signals no longer reach the bar.
     Q_EMIT removed->SigCloseClicked(removed->GetTabData());
     Q_EMIT removed->SigChangeClicked(removed->GetTabData());
     QCOMPARE(closeRequested.count(), 0);
     QCOMPARE(changed.count(), 0);
+    QTRY_VERIFY(!removed);
 }
 
 void TstBrowserTabBarEx::lookups()
@@ -828,7 +802,7 @@ void TstBrowserTabBarEx::setTabTextAndIcon()
     bar->setTabText(3, QStringLiteral("x"));
     QCOMPARE(bar->GetAllTabTitles(), QStringList({"Home", "Renamed", "Tab 2"}));
 
-    const QString icon = MakeIcon(QStringLiteral("red.png"), Qt::red);
+    const QString icon = MakeIconFile(m_dir, QStringLiteral("red.png"), Qt::red);
     bar->setTabIcon(2, icon);
     QCOMPARE(bar->GetTabData(2)->GetIconUrl(), icon);
     QTRY_COMPARE(bar->TabButton(2)->GetIconPath(), icon);
@@ -840,7 +814,7 @@ void TstBrowserTabBarEx::setTabIconEmptyKeepsIcon()
 {
     TestTabBarEx *bar = MakeBar();
     Fill(*bar, 1);
-    const QString icon = MakeIcon(QStringLiteral("green.png"), Qt::green);
+    const QString icon = MakeIconFile(m_dir, QStringLiteral("green.png"), Qt::green);
     bar->setTabIcon(1, icon);
     QTRY_COMPARE(bar->TabButton(1)->GetIconPath(), icon);
     bar->setTabIcon(1, QString());
@@ -870,7 +844,7 @@ void TstBrowserTabBarEx::currentIconUrlAndPath()
     Fill(*bar, 2);
     QCOMPARE(bar->CurrentIconUrl(), QString());
     QCOMPARE(bar->CurrentIconLocalPath(), QString());
-    const QString icon = MakeIcon(QStringLiteral("blue.png"), Qt::blue);
+    const QString icon = MakeIconFile(m_dir, QStringLiteral("blue.png"), Qt::blue);
     bar->setTabIcon(2, icon);
     bar->setCurrentIndex(2);
     QCOMPARE(bar->CurrentIconUrl(), icon);
@@ -881,18 +855,15 @@ void TstBrowserTabBarEx::currentIconUrlAndPath()
 
 void TstBrowserTabBarEx::updateCustomIcon()
 {
-    TestTabBarEx *bar = MakeBar();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    Fill(*bar, 2);
+    TestTabBarEx *bar = MakeShownBar(2);
+    QVERIFY(bar);
     bar->setCurrentIndex(2);
     BrowserTabButtonEx *button = bar->TabButton(2);
     // The pointer over the current tab lets it show the bar's checked icon.
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     auto *icon = button->findChild<QPushButton *>(QStringLiteral("TabButtonIconDefaultEx"));
     QVERIFY(icon);
-    bar->checkedIcon = MakeIcon(QStringLiteral("checked.png"), Qt::cyan);
+    bar->checkedIcon = MakeIconFile(m_dir, QStringLiteral("checked.png"), Qt::cyan);
     bar->UpdateCustomIcon();
     QCOMPARE(icon->objectName(), QStringLiteral("TabButtonIconCustomEx"));
     bar->checkedIcon.clear();
@@ -922,10 +893,8 @@ void TstBrowserTabBarEx::tabManagerIsOnlyStored()
 
 void TstBrowserTabBarEx::closeButtonRequestsClose()
 {
-    TestTabBarEx *bar = MakeBar();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    Fill(*bar, 3);
+    TestTabBarEx *bar = MakeShownBar(3);
+    QVERIFY(bar);
     bar->setCurrentIndex(2);
     QSignalSpy closeRequested(bar, &BrowserTabBarEx::tabCloseRequested);
     auto *close = bar->TabButton(2)->findChild<QPushButton *>(QStringLiteral("TabButtonCloseBtnEx"));
@@ -939,10 +908,8 @@ void TstBrowserTabBarEx::closeButtonRequestsClose()
 
 void TstBrowserTabBarEx::doubleClickRequestsClose()
 {
-    TestTabBarEx *bar = MakeBar();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    Fill(*bar, 3);
+    TestTabBarEx *bar = MakeShownBar(3);
+    QVERIFY(bar);
     QSignalSpy closeRequested(bar, &BrowserTabBarEx::tabCloseRequested);
     QTest::mouseDClick(bar->TabButton(3), Qt::LeftButton, {}, QPoint(40, 10));
     QCOMPARE(closeRequested.count(), 1);
@@ -954,10 +921,8 @@ void TstBrowserTabBarEx::doubleClickRequestsClose()
 
 void TstBrowserTabBarEx::pressActivates()
 {
-    TestTabBarEx *bar = MakeBar();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    Fill(*bar, 3);
+    TestTabBarEx *bar = MakeShownBar(3);
+    QVERIFY(bar);
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
     // The press also begins a drag, whose popup takes the mouse; the offscreen platform
     // says it cannot raise it nor grab the keyboard for it.
@@ -982,15 +947,12 @@ void TstBrowserTabBarEx::pressActivates()
 
 void TstBrowserTabBarEx::iconClickReachesHook()
 {
-    TestTabBarEx *bar = MakeBar();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    Fill(*bar, 2);
-    bar->checkedIcon = MakeIcon(QStringLiteral("hook.png"), Qt::magenta);
+    TestTabBarEx *bar = MakeShownBar(2);
+    QVERIFY(bar);
+    bar->checkedIcon = MakeIconFile(m_dir, QStringLiteral("hook.png"), Qt::magenta);
     bar->setCurrentIndex(1);
     BrowserTabButtonEx *button = bar->TabButton(1);
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     auto *icon = button->findChild<QPushButton *>(QStringLiteral("TabButtonIconCustomEx"));
     QVERIFY(icon);
     QVERIFY(!icon->testAttribute(Qt::WA_TransparentForMouseEvents));
@@ -1177,7 +1139,7 @@ void TstBrowserTabBarEx::stateKeptWhileOutOfView()
     TestTabBarEx *bar = MakeBar(1000);
     m_window->show();
     Fill(*bar, 40);
-    const QString icon = MakeIcon(QStringLiteral("far.png"), Qt::darkGreen);
+    const QString icon = MakeIconFile(m_dir, QStringLiteral("far.png"), Qt::darkGreen);
     BrowserTabButtonEx *far = bar->TabButton(38);
     BrowserTabButtonEx *loading = bar->TabButton(39);
     QVERIFY(!HasInnerWidgets(far));
@@ -1224,11 +1186,7 @@ void TstBrowserTabBarEx::removeTabInsideCurrentChanged()
     TabDataPtr removedByHost = bar->GetTabData(4);
     TabDataPtr removed = bar->GetTabData(2);
     TabDataPtr next = bar->GetTabData(3);
-    bool once = true;
-    connect(bar, &BrowserTabBarEx::currentChanged, this, [bar, &once](int) {
-        if (!once)
-            return;
-        once = false;
+    OnNextCurrentChanged(bar, [bar] {
         bar->removeTab(4);
     });
     bar->removeTab(2);
@@ -1237,19 +1195,14 @@ void TstBrowserTabBarEx::removeTabInsideCurrentChanged()
     QCOMPARE(bar->GetIndexByTabData(removedByHost), -1);
     QCOMPARE(bar->currentIndex(), 2);
     QVERIFY(bar->GetCurrentTabData() == next);
-    for (int i = 0; i < bar->count(); ++i)
-        QCOMPARE(bar->TabButton(i)->IsChecked(), i == 2);
+    QCOMPARE(CheckedTabs(*bar), QList<int>{2});
 }
 
 void TstBrowserTabBarEx::removeSameTabInsideCurrentChanged()
 {
     TestTabBarEx *bar = MakeFilledBar(3, 1);
     TabDataPtr target = bar->GetTabData(1);
-    bool once = true;
-    connect(bar, &BrowserTabBarEx::currentChanged, this, [bar, target, &once](int) {
-        if (!once)
-            return;
-        once = false;
+    OnNextCurrentChanged(bar, [bar, target] {
         bar->removeTab(bar->GetIndexByTabData(target));
     });
     bar->removeTab(1);
@@ -1262,11 +1215,7 @@ void TstBrowserTabBarEx::removeSameTabInsideCurrentChanged()
 void TstBrowserTabBarEx::reselectRemovedTabInsideCurrentChanged()
 {
     TestTabBarEx *bar = MakeFilledBar(3, 1);
-    bool once = true;
-    connect(bar, &BrowserTabBarEx::currentChanged, this, [bar, &once](int) {
-        if (!once)
-            return;
-        once = false;
+    OnNextCurrentChanged(bar, [bar] {
         bar->setCurrentIndex(1); // back to the tab being removed
     });
     QSignalSpy changed(bar, &BrowserTabBarEx::currentChanged);
@@ -1275,8 +1224,7 @@ void TstBrowserTabBarEx::reselectRemovedTabInsideCurrentChanged()
     // The current tab is gone: no tab is current, and the host hears so.
     QCOMPARE(bar->currentIndex(), -1);
     QCOMPARE(changed.last().at(0).toInt(), -1);
-    for (int i = 0; i < bar->count(); ++i)
-        QVERIFY(!bar->TabButton(i)->IsChecked());
+    QVERIFY(CheckedTabs(*bar).isEmpty());
 }
 
 void TstBrowserTabBarEx::insertTabInsideCurrentChanged()
@@ -1284,11 +1232,7 @@ void TstBrowserTabBarEx::insertTabInsideCurrentChanged()
     TestTabBarEx *bar = MakeFilledBar(3, 2);
     TabDataPtr removed = bar->GetTabData(2);
     TabDataPtr next = bar->GetTabData(3);
-    bool once = true;
-    connect(bar, &BrowserTabBarEx::currentChanged, this, [bar, &once](int) {
-        if (!once)
-            return;
-        once = false;
+    OnNextCurrentChanged(bar, [bar] {
         bar->insertTab(1, Web(QStringLiteral("inserted")));
     });
     bar->removeTab(2);
@@ -1301,10 +1245,8 @@ void TstBrowserTabBarEx::insertTabInsideCurrentChanged()
 
 void TstBrowserTabBarEx::removeTabInsideCloseRequested()
 {
-    TestTabBarEx *bar = MakeBar();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    Fill(*bar, 3);
+    TestTabBarEx *bar = MakeShownBar(3);
+    QVERIFY(bar);
     bar->setCurrentIndex(2);
     connect(bar, &BrowserTabBarEx::tabCloseRequested, this, [bar](int index) { bar->removeTab(index); });
     auto *close = bar->TabButton(2)->findChild<QPushButton *>(QStringLiteral("TabButtonCloseBtnEx"));
@@ -1357,8 +1299,7 @@ void TstBrowserTabBarEx::buttonOutlivesBar()
     button->LoadFinished();
     button->resize(150, 32);
     QTest::mouseDClick(button, Qt::LeftButton);
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     QEvent leave(QEvent::Leave);
     QCoreApplication::sendEvent(button, &leave);
     button->ReloadIcon();

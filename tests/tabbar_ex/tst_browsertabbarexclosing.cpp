@@ -3,6 +3,7 @@
 // tabs slide into the gap, the rightmost close slides or snaps the strip, and the
 // pointer leaving the bar ends it all 200 ms later. At scale factors 1.0 and 1.5.
 
+#include "hoverevents.h"
 #include "keltabtest.h"
 
 #include "browsertabbarex.h"
@@ -43,6 +44,7 @@ QList<int> Running(const QList<int> &widths)
 class TstBrowserTabBarExClosing : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void init();
@@ -458,8 +460,7 @@ void TstBrowserTabBarExClosing::leaveEndsClosingAfterDelayEvenIfPointerReturns()
     Leave(true);
     // The pointer comes straight back: the relayout happens anyway.
     QCursor::setPos(Inside());
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(m_bar, &enter);
+    KelTest::SendEnter(m_bar);
     QCOMPARE(m_bar->ScrollingWidths(), Repeat(166, 5));
     QTRY_COMPARE(m_bar->ScrollingWidths(), Repeat(200, 5));
     QVERIFY2(elapsed.elapsed() >= 180, qPrintable(QString::number(elapsed.elapsed())));
@@ -578,11 +579,7 @@ void TstBrowserTabBarExClosing::removeOtherTabsInsideCurrentChangedWhileClosing(
     MakeBar(1.0, 1000, 6);
     m_bar->setCurrentIndex(6);
     TestTabBarEx *bar = m_bar;
-    bool once = true;
-    connect(bar, &BrowserTabBarEx::currentChanged, this, [bar, &once](int) {
-        if (!once)
-            return;
-        once = false;
+    OnNextCurrentChanged(bar, [bar] {
         bar->removeTab(1);
         bar->insertTab(1, Web(QStringLiteral("inserted")));
     });

@@ -50,6 +50,7 @@ const QPoint kPress(800, 500);
 class TstBrowserTabBarExDrag : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void init();

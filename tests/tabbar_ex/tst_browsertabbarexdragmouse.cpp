@@ -22,6 +22,7 @@ using namespace TabTest;
 class TstBrowserTabBarExDragMouse : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void init();

@@ -46,6 +46,7 @@ protected:
 class TstBrowserTabBarExHostile : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void init();
@@ -316,11 +317,7 @@ void TstBrowserTabBarExHostile::currentChangedRemovesDuringClosingSlide()
     QVERIFY(QMetaObject::invokeMethod(m_bar, "SlotRightArrowDoubleClicked"));
     QTRY_COMPARE(m_bar->ScrollOffset(), m_bar->Viewport()->width() - m_bar->Content()->width());
     ReorderingHost *bar = m_bar;
-    bool once = true;
-    connect(bar, &BrowserTabBarEx::currentChanged, bar, [bar, &once](int) {
-        if (!once)
-            return;
-        once = false;
+    OnNextCurrentChanged(bar, [bar] {
         bar->removeTab(3);
         bar->insertTab(2, Web(QStringLiteral("inserted")));
     });

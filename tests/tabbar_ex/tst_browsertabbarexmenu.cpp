@@ -74,10 +74,10 @@ Q_DECLARE_METATYPE(QList<bool>)
 class TstBrowserTabBarExMenu : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void initTestCase();
-    void init();
     void cleanup();
     void cleanupTestCase();
 
@@ -111,6 +111,7 @@ private:
     PolicyBar *m_bar = nullptr;
     QTemporaryDir m_dir;
 
+    static void StartAfresh();
     PolicyBar *MakeBar(int scrolling, bool init = true);
     KelMenu *Menu() const { return m_bar ? m_bar->findChild<KelMenu *>(QStringLiteral("BrowserTabBarMenu")) : nullptr; }
     // Opens the menu of the tab at @p index; once it is up, @p answer runs from the
@@ -126,20 +127,23 @@ private:
 void TstBrowserTabBarExMenu::initTestCase()
 {
     OpenIconCache(m_dir);
+    StartAfresh();
 }
 
-void TstBrowserTabBarExMenu::init()
-{
-    DpiTool::SetScaleFactor(1.0);
-    QCursor::setPos(300, 300);
-}
-
+// Each test starts at scale 1.0, without a bar or a popup, the pointer at (300, 300).
 void TstBrowserTabBarExMenu::cleanup()
 {
     m_window.reset();
     m_bar = nullptr;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(QApplication::activePopupWidget(), static_cast<QWidget *>(nullptr));
+    StartAfresh();
+}
+
+void TstBrowserTabBarExMenu::StartAfresh()
+{
+    DpiTool::SetScaleFactor(1.0);
+    QCursor::setPos(300, 300);
 }
 
 void TstBrowserTabBarExMenu::cleanupTestCase()
@@ -438,7 +442,7 @@ void TstBrowserTabBarExMenu::commandsEmitForMenuTab()
 
 void TstBrowserTabBarExMenu::addFavCarriesIconPosition_data()
 {
-    QTest::addColumn<double>("scale");
+    KelTest::AddScaleColumn();
     QTest::addColumn<QPoint>("offset"); // of the icon in the button: (12, 8) scaled
     QTest::newRow("1.0") << 1.0 << QPoint(12, 8);
     QTest::newRow("1.5") << 1.5 << QPoint(18, 12);
@@ -446,9 +450,8 @@ void TstBrowserTabBarExMenu::addFavCarriesIconPosition_data()
 
 void TstBrowserTabBarExMenu::addFavCarriesIconPosition()
 {
-    QFETCH(double, scale);
     QFETCH(QPoint, offset);
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     MakeBar(4);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));

@@ -139,6 +139,7 @@ private:
 class TstBrowserTabBarExModel : public QObject
 {
     Q_OBJECT
+    Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void initTestCase();
@@ -228,7 +229,7 @@ TabDataPtr TstBrowserTabBarExModel::NewTab()
 
 void TstBrowserTabBarExModel::randomOperations_data()
 {
-    QTest::addColumn<double>("scale");
+    KelTest::AddScaleColumn();
     QTest::addColumn<int>("fixedCount");
     QTest::addColumn<int>("closeType");
     QTest::addColumn<int>("share"); // per mille of the run's length
@@ -239,7 +240,6 @@ void TstBrowserTabBarExModel::randomOperations_data()
 
 void TstBrowserTabBarExModel::randomOperations()
 {
-    QFETCH(double, scale);
     QFETCH(int, fixedCount);
     QFETCH(int, closeType);
     QFETCH(int, share);
@@ -249,7 +249,7 @@ void TstBrowserTabBarExModel::randomOperations()
         total = asked;
     const int operations = qMax(1, total * share / 1000);
     m_random.seed(m_seed + quint32(fixedCount));
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
 
     m_window.reset(new QWidget);
     m_window->move(100, 100);

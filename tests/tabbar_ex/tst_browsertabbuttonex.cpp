@@ -2,6 +2,7 @@
 // BrowserTabButtonEx: its form, style names, icon choice and download, close button
 // rule, mouse input and the guarded bar.
 
+#include "hoverevents.h"
 #include "keltabtest.h"
 
 #include "browsertabbarex.h"
@@ -68,7 +69,6 @@ private:
     QTemporaryDir m_dir;
 
     BrowserTabButtonEx *MakeButton(TabDataPtr tab, const QString &iconPath = QString(), bool loading = false);
-    QString MakeIcon(const QString &name, QColor colour);
     template <typename T>
     static T *Child(QWidget *button, const char *name)
     {
@@ -123,15 +123,6 @@ BrowserTabButtonEx *TstBrowserTabButtonEx::MakeButton(TabDataPtr tab, const QStr
     return new BrowserTabButtonEx(tab, iconPath, loading, m_bar, m_window.get());
 }
 
-QString TstBrowserTabButtonEx::MakeIcon(const QString &name, QColor colour)
-{
-    QImage image(32, 32, QImage::Format_ARGB32);
-    image.fill(colour);
-    const QString path = m_dir.filePath(name);
-    image.save(path);
-    return path;
-}
-
 void TstBrowserTabButtonEx::form()
 {
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")));
@@ -176,8 +167,7 @@ void TstBrowserTabButtonEx::presetNameIsKept()
     // The form names the button only when it has no name yet: a subclass could name it first.
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")));
     QCOMPARE(button->objectName(), QStringLiteral("TabButtonBackEx"));
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     QCOMPARE(button->objectName(), QStringLiteral("TabButtonBackExHover"));
 }
 
@@ -286,8 +276,7 @@ void TstBrowserTabButtonEx::pressedKeepsLookUntilReleased()
     QVERIFY(button->IsChecked());
     QCOMPARE(button->objectName(), QStringLiteral("TabButtonPressedEx"));
     // No hover look while dragged either.
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     QCOMPARE(button->objectName(), QStringLiteral("TabButtonPressedEx"));
     button->SetReleased();
     QCOMPARE(button->objectName(), QStringLiteral("TabButtonFrontEx"));
@@ -303,8 +292,7 @@ void TstBrowserTabButtonEx::separatorNames()
     button->SetSeparatorVisible(true);
     QCOMPARE(content->objectName(), QStringLiteral("TabButtonContentExWithSep"));
     QVERIFY(button->IsSeparatorVisible());
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     button->SetSeparatorVisible(true);
     QCOMPARE(content->objectName(), QStringLiteral("TabButtonContentExNoSep"));
     QEvent leave(QEvent::Leave);
@@ -316,7 +304,7 @@ void TstBrowserTabButtonEx::separatorNames()
 
 void TstBrowserTabButtonEx::layoutGeometry_data()
 {
-    QTest::addColumn<double>("scale");
+    KelTest::AddScaleColumn();
     QTest::addColumn<int>("width");
     QTest::addColumn<QRect>("content");
     QTest::addColumn<QRect>("close");
@@ -331,13 +319,12 @@ void TstBrowserTabButtonEx::layoutGeometry_data()
 
 void TstBrowserTabButtonEx::layoutGeometry()
 {
-    QFETCH(double, scale);
     QFETCH(int, width);
     QFETCH(QRect, content);
     QFETCH(QRect, close);
     QFETCH(QRect, title);
     QFETCH(int, icon);
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")));
     button->resize(width, DpiTool::ScaleDefault(32));
     QCOMPARE(KelTest::LogicalGeometry(Content(button)), content);
@@ -355,15 +342,14 @@ void TstBrowserTabButtonEx::layoutGeometry()
 
 void TstBrowserTabButtonEx::closeButtonRule_data()
 {
-    QTest::addColumn<double>("scale");
+    KelTest::AddScaleColumn();
     QTest::newRow("1.0") << 1.0;
     QTest::newRow("1.5") << 1.5;
 }
 
 void TstBrowserTabButtonEx::closeButtonRule()
 {
-    QFETCH(double, scale);
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")));
     auto *close = Child<KelPushButton>(button, "TabButtonCloseBtnEx");
     const int limit = m_bar->NoCloseButtonWidth();
@@ -389,8 +375,7 @@ void TstBrowserTabButtonEx::iconGlobalPos_data()
 
 void TstBrowserTabButtonEx::iconGlobalPos()
 {
-    QFETCH(double, scale);
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")));
     button->move(100, 5);
     // The icon's top-left corner on the screen, wherever the direction puts it.
@@ -406,8 +391,7 @@ void TstBrowserTabButtonEx::fontFollowsScale_data()
 
 void TstBrowserTabButtonEx::fontFollowsScale()
 {
-    QFETCH(double, scale);
-    DpiTool::SetScaleFactor(scale);
+    KelTest::UseRowScale();
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")));
     auto *title = Child<ElidedLabelEx>(button, "TabButtonTextEx");
     QCOMPARE(title->font().pixelSize(), DpiTool::ScaleDefault(12));
@@ -437,7 +421,7 @@ void TstBrowserTabButtonEx::loadingIndicator()
 
 void TstBrowserTabButtonEx::defaultAndWebIcons()
 {
-    const QString path = MakeIcon(QStringLiteral("web.png"), Qt::red);
+    const QString path = MakeIconFile(m_dir, QStringLiteral("web.png"), Qt::red);
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")), path);
     // A web tab with an icon file fetches it through the cache.
     QCOMPARE(button->GetRequestedIconUrl(), path);
@@ -461,7 +445,7 @@ void TstBrowserTabButtonEx::defaultAndWebIcons()
 
 void TstBrowserTabButtonEx::failedDownloadClearsIcon()
 {
-    const QString path = MakeIcon(QStringLiteral("before.png"), Qt::red);
+    const QString path = MakeIconFile(m_dir, QStringLiteral("before.png"), Qt::red);
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")), path);
     QTRY_COMPARE(button->GetIconPath(), path);
     button->SetIconUrl(QStringLiteral("bogus-scheme://nowhere/icon.png"));
@@ -472,7 +456,7 @@ void TstBrowserTabButtonEx::failedDownloadClearsIcon()
 
 void TstBrowserTabButtonEx::successWithMissingFileKeepsIcon()
 {
-    const QString path = MakeIcon(QStringLiteral("kept.png"), Qt::red);
+    const QString path = MakeIconFile(m_dir, QStringLiteral("kept.png"), Qt::red);
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")), path);
     QTRY_COMPARE(button->GetIconPath(), path);
     button->SlotRequestImageFinished(true, button->GetRequestedIconUrl(), m_dir.filePath(QStringLiteral("missing.png")));
@@ -484,8 +468,8 @@ void TstBrowserTabButtonEx::successWithMissingFileKeepsIcon()
 
 void TstBrowserTabButtonEx::onlyLastIconRequestApplies()
 {
-    const QString first = MakeIcon(QStringLiteral("first.png"), Qt::red);
-    const QString second = MakeIcon(QStringLiteral("second.png"), Qt::green);
+    const QString first = MakeIconFile(m_dir, QStringLiteral("first.png"), Qt::red);
+    const QString second = MakeIconFile(m_dir, QStringLiteral("second.png"), Qt::green);
     BrowserTabButtonEx *button = MakeButton(Web(QStringLiteral("Page")), first);
     QTRY_COMPARE(button->GetIconPath(), first);
 
@@ -509,7 +493,7 @@ void TstBrowserTabButtonEx::onlyLastIconRequestApplies()
 
 void TstBrowserTabButtonEx::pluginAsksBarForIcon()
 {
-    m_bar->pluginIconUrl = MakeIcon(QStringLiteral("plugin.png"), Qt::blue);
+    m_bar->pluginIconUrl = MakeIconFile(m_dir, QStringLiteral("plugin.png"), Qt::blue);
     TabDataPtr tab = MakeTab(TabData::TabTypePlugin, QStringLiteral("Notes"));
     BrowserTabButtonEx *button = MakeButton(tab);
     QCOMPARE(m_bar->pluginIconRequests, QStringList({"Notes"}));
@@ -522,7 +506,7 @@ void TstBrowserTabButtonEx::pluginAsksBarForIcon()
 
 void TstBrowserTabButtonEx::webPopupFetchesItsIcon()
 {
-    const QString path = MakeIcon(QStringLiteral("popup.png"), Qt::yellow);
+    const QString path = MakeIconFile(m_dir, QStringLiteral("popup.png"), Qt::yellow);
     BrowserTabButtonEx *button = MakeButton(MakeTab(TabData::TabTypeWebPopup, QStringLiteral("Popup")), path);
     QCOMPARE(button->GetRequestedIconUrl(), path);
     BrowserTabButtonEx *noIcon = MakeButton(MakeTab(TabData::TabTypeWebPopup, QStringLiteral("Popup")));
@@ -638,8 +622,7 @@ void TstBrowserTabButtonEx::deadBar()
     QVERIFY(button->IsLoading());
     button->LoadFinished();
     button->SetChecked(true);
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(button, &enter);
+    KelTest::SendEnter(button);
     button->UpdateIcon();
 }
 

@@ -140,6 +140,8 @@ private Q_SLOTS:
 
 private:
     std::unique_ptr<BrowserTabBarBase> MakeBar(Kind kind, int tabs, int width = 900);
+    /** MakeBar() for the bar of the current row's "bar" column. */
+    std::unique_ptr<BrowserTabBarBase> MakeRowBar(int tabs, int width = 900);
 };
 
 void TstBrowserTabBarAccessibility::initTestCase()
@@ -169,6 +171,12 @@ std::unique_ptr<BrowserTabBarBase> TstBrowserTabBarAccessibility::MakeBar(Kind k
     if (!QTest::qWaitForWindowExposed(bar.get()))
         return nullptr;
     return bar;
+}
+
+std::unique_ptr<BrowserTabBarBase> TstBrowserTabBarAccessibility::MakeRowBar(int tabs, int width)
+{
+    QFETCH(Kind, bar);
+    return MakeBar(bar, tabs, width);
 }
 
 void TstBrowserTabBarAccessibility::barIsAPageTabListOfItsTabsInOrder_data()
@@ -239,8 +247,7 @@ void TstBrowserTabBarAccessibility::namesAreFullTitles_data()
 // The label cuts or elides a long title; the name is the whole of it.
 void TstBrowserTabBarAccessibility::namesAreFullTitles()
 {
-    QFETCH(Kind, bar);
-    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 6, 500);
+    std::unique_ptr<BrowserTabBarBase> b = MakeRowBar(6, 500);
     QVERIFY(b);
     const QString title = QStringLiteral("Welcome to the example site of a very long title indeed");
     b->setTabText(2, title);
@@ -285,8 +292,7 @@ void TstBrowserTabBarAccessibility::pressActionMakesTheTabCurrent_data()
 
 void TstBrowserTabBarAccessibility::pressActionMakesTheTabCurrent()
 {
-    QFETCH(Kind, bar);
-    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 5);
+    std::unique_ptr<BrowserTabBarBase> b = MakeRowBar(5);
     QVERIFY(b);
     b->setCurrentIndex(0);
     QSignalSpy current(b.get(), &BrowserTabBarBase::currentChanged);
@@ -309,8 +315,7 @@ void TstBrowserTabBarAccessibility::rectIsTheTabOnScreen_data()
 
 void TstBrowserTabBarAccessibility::rectIsTheTabOnScreen()
 {
-    QFETCH(Kind, bar);
-    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 4);
+    std::unique_ptr<BrowserTabBarBase> b = MakeRowBar(4);
     QVERIFY(b);
     b->move(37, 21);
     QAccessibleInterface *list = Iface(b.get());
@@ -330,8 +335,7 @@ void TstBrowserTabBarAccessibility::closeButtonIsANamedButtonThatCloses_data()
 
 void TstBrowserTabBarAccessibility::closeButtonIsANamedButtonThatCloses()
 {
-    QFETCH(Kind, bar);
-    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 3);
+    std::unique_ptr<BrowserTabBarBase> b = MakeRowBar(3);
     QVERIFY(b);
     b->setCurrentIndex(1);
     QAccessibleInterface *tab = Iface(b.get())->child(1);
