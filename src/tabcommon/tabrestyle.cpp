@@ -40,10 +40,10 @@ QString StripComments(const QString &sheet)
     while (i < sheet.size()) {
         const int start = sheet.indexOf(QLatin1String("/*"), i);
         if (start < 0) {
-            out += sheet.midRef(i);
+            out += QStringView(sheet).mid(i);
             break;
         }
-        out += sheet.midRef(i, start - i);
+        out += QStringView(sheet).mid(i, start - i);
         const int end = sheet.indexOf(QLatin1String("*/"), start + 2);
         if (end < 0)
             break;
@@ -142,7 +142,7 @@ bool Analyse(const QString &sheet, QVector<Subject> *subjects)
     while (true) {
         const int open = text.indexOf(QLatin1Char('{'), pos);
         if (open < 0)
-            return text.midRef(pos).trimmed().isEmpty() || !text.midRef(pos).contains(QLatin1Char('}'));
+            return QStringView(text).mid(pos).trimmed().isEmpty() || !QStringView(text).mid(pos).contains(QLatin1Char('}'));
         const QString selectors = text.mid(pos, open - pos).trimmed();
         // A sheet set on a widget may hold bare declarations; they apply to that widget
         // itself and never to its children.
