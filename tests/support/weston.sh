@@ -12,7 +12,8 @@ runtime=$(mktemp -d "${TMPDIR:-/tmp}/keltab-weston.XXXXXX") || exit 1
 chmod 700 "$runtime"
 export XDG_RUNTIME_DIR="$runtime"
 socket=keltab-wayland
-# No animations: a picture of the screen shows the windows where they are.
+# No animations, and no clock on the panel: a picture of the screen shows the windows
+# where they are, and nothing changes on it that the test did not change.
 cat > "$runtime/weston.ini" <<'INI'
 [core]
 idle-time=0
@@ -22,6 +23,7 @@ animation=none
 close-animation=none
 startup-animation=none
 focus-animation=none
+clock-format=none
 INI
 weston --config="$runtime/weston.ini" --backend=x11-backend.so --socket="$socket" --width=1280 --height=800 \
     --idle-time=0 --log="$runtime/weston.log" &
