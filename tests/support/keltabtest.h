@@ -4,6 +4,7 @@
 // Shared by every test executable of the suite.
 
 #include "dpitool.h"
+#include "windowsystem_p.h"
 
 #include <QApplication>
 #include <QtTest>
@@ -117,8 +118,7 @@ inline double UseRowScale()
  */
 inline bool SkipsOnThisPlatform(const QMetaObject &test)
 {
-    if (test.indexOfClassInfo("SetsThePointer") < 0
-        || !QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+    if (test.indexOfClassInfo("SetsThePointer") < 0 || !WindowSystem::IsWayland())
         return false;
     std::printf("SKIP   : %s places the pointer with QCursor::setPos, which a Wayland client cannot do;"
                 " it runs on X11 (the suite runs it under xvfb-run)\n",
