@@ -3,14 +3,14 @@
 // operation at 20, 200, 1,000 and 10,000 tabs, and the memory per tab.
 //
 //   bench_tabstrips [--plain] [--chart FILE.png] [--counts 20,200,...] [--only scrolling|classic|qtabbar]
-//                   [--budget SECONDS]
+//                   [--budget SECONDS] [--ops add,insert,...] [--rounds N]
 //
 // By default every window carries the library's default style sheet, as in a host
 // that applies it (Qt's style-sheet style then serves QTabBar as well); --plain runs
 // without. Prints a Markdown table (milliseconds per operation, ratios to QTabBar) and
 // with --chart draws it. A strip is not run at a count where its time, projected from
 // the count before, would pass a minute (QTabBar at 10,000 tabs); --budget sets another
-// limit.
+// limit. --ops and --rounds narrow the run down for a profiler.
 
 #include "browsertabbar.h"
 #include "browsertabbarex.h"
@@ -133,6 +133,17 @@ QVector<int> ParseCounts(const char *text)
     return counts;
 }
 
+unsigned ParseOperations(const char *text)
+{
+    unsigned operations = 0;
+    const QStringList names = QString::fromLatin1(text).split(QLatin1Char(','));
+    for (int op = 0; op < OperationCount; ++op) {
+        if (names.contains(QLatin1String(OperationName(op))))
+            operations |= 1u << op;
+    }
+    return operations;
+}
+
 QString Cell(double ms)
 {
     if (ms <= 0)
@@ -171,6 +182,10 @@ int main(int argc, char *argv[])
             only = QString::fromLatin1(argv[++i]);
         else if (std::strcmp(argv[i], "--budget") == 0 && i + 1 < argc)
             budgetMs = std::atof(argv[++i]) * 1000;
+        else if (std::strcmp(argv[i], "--rounds") == 0 && i + 1 < argc)
+            plan.rounds = qMax(std::atoi(argv[++i]), 1);
+        else if (std::strcmp(argv[i], "--ops") == 0 && i + 1 < argc)
+            plan.operations = ParseOperations(argv[++i]);
     }
     if (counts.isEmpty()) {
         std::fprintf(stderr, "--counts wants a list such as 20,200\n");

@@ -75,10 +75,18 @@ inline QString Title(int serial)
 }
 
 constexpr int kWidth = 1200;
-constexpr int kRounds = 60;
+
+/** What Measure() times: 60 rounds of every operation unless a profile asks for less. */
+struct Plan
+{
+    int rounds = 60;
+    unsigned operations = ~0u;  // a bit per Operation
+    bool Times(Operation op) const { return operations & (1u << op); }
+};
+inline Plan plan;
 
 /**
- * Fills a new strip from @p make to @p tabs tabs, then times kRounds of each operation.
+ * Fills a new strip from @p make to @p tabs tabs, then times plan.rounds of each operation.
  * The strip's window carries @p styleSheet.
  */
 template <typename Make>
@@ -107,8 +115,10 @@ Figures Measure(Make make, int tabs, const QString &styleSheet)
     f.bytesPerTab = (double(mallinfo2().uordblks) - double(heapBefore)) / tabs;
 
     auto timed = [&](Operation op, auto &&step, auto &&restore) {
+        if (!plan.Times(op))
+            return;
         double total = 0;
-        for (int round = 0; round < kRounds; ++round) {
+        for (int round = 0; round < plan.rounds; ++round) {
             timer.restart();
             step(round);
             Settle();
@@ -116,7 +126,7 @@ Figures Measure(Make make, int tabs, const QString &styleSheet)
             restore(round);
             Settle();
         }
-        f.msPerOp[op] = total / kRounds;
+        f.msPerOp[op] = total / plan.rounds;
     };
     auto nothing = [](int) {};
     // Indexes spread over the strip, the same for every strip.
@@ -132,11 +142,11 @@ Figures Measure(Make make, int tabs, const QString &styleSheet)
           [&](int) { bar->resize(kWidth, height); });
 
     // A scroll animation: the time the event loop spends on each of its ticks.
-    if (strip->ScrollTowards(0)) {
+    if (plan.Times(Tick) && strip->ScrollTowards(0)) {
         Settle();
         double total = 0;
         int ticks = 0;
-        for (int round = 0; round < kRounds / 6; ++round) {
+        for (int round = 0; round < qMax(plan.rounds / 6, 1); ++round) {
             strip->ScrollTowards(round % 2 ? 0 : strip->Count() - 1);
             for (int tick = 0; tick < 6; ++tick) {
                 QThread::msleep(21);
