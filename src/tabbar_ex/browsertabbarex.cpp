@@ -16,6 +16,10 @@
 #include <QTimer>
 #include <QWheelEvent>
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 namespace {
 
 // Design sizes in 96-dpi pixels; each is scaled on its own before any sum.
@@ -364,9 +368,26 @@ void BrowserTabBarExPrivate::ResizeButtons()
         }
     }
 
+    // The tabs before `from` have the widths and places this layout would give them:
+    // the widths are those of the last layout, and nothing before `from` has moved.
+    int from = fixedCount;
+    const bool sameWidths = placed.buttonWidth == buttonWidth && placed.currentWidth == currentButtonWidth &&
+                            placed.height == height && placed.top == top;
+    if (sameWidths && IsOrdered()) {
+        from = qMax(from, placeFrom);
+        if (currentButtonWidth != buttonWidth && placed.current != currentIndex)
+            from = qMax(fixedCount, qMin(from, qMin(placed.current, currentIndex)));
+    }
+    from = qMin(from, count);
+    const auto widthAt = [&](int i) { return i == currentIndex ? currentButtonWidth : buttonWidth; };
     int total = 0;
-    for (int i = fixedCount; i < count; ++i) {
-        const int w = i == currentIndex ? currentButtonWidth : buttonWidth;
+    if (from > fixedCount) {
+        const BrowserTabButtonBase *before = buttons.at(from - 1);
+        total = TabGeometry::X(before) + before->width();
+    }
+    const int start = total;
+    for (int i = from; i < count; ++i) {
+        const int w = widthAt(i);
         TabGeometry::SetFixedSize(buttons.at(i), QSize(w, height));
         total += w;
     }
@@ -375,7 +396,43 @@ void BrowserTabBarExPrivate::ResizeButtons()
     // The strip is never narrower than the viewport (SetContentWidth() would widen it
     // again): set at its final width at once, since each resize repaints every tab.
     TabGeometry::SetFixedSize(contentStrip, QSize(qMax(total, ViewportWidth(fixedTotal)), q->height()));
-    ResetButtons();
+    // Placed once the strip has its width: right to left, places count from its end.
+    int x = start;
+    for (int i = from; i < count; ++i) {
+        BrowserTabButtonBase *button = buttons.at(i);
+        if (!dragging || button != pressedButton)
+            TabGeometry::Move(button, QPoint(x, top));
+        x += button->width();
+    }
+    placed = {buttonWidth, currentButtonWidth, height, top, currentIndex};
+    placeFrom = count;
+
+    SetContentWidth();
+    ResetSeparator();
+    UpdateButtonForms();
+}
+
+void BrowserTabBarExPrivate::ListChanged(int from)
+{
+    placeFrom = qMin(placeFrom, from);
+}
+
+bool BrowserTabBarExPrivate::IsOrdered() const
+{
+    if (dragging)
+        return false;
+    const int fixed = qMin(FixedCount(), buttons.size());
+    for (int i = 0; i < fixed; ++i) {
+        if (buttons.at(i)->parentWidget() != fixedArea)
+            return false;
+    }
+    // No tab further on lies in the fixed area (a host may insert before the fixed tabs).
+    int inFixedArea = 0;
+    for (const QObject *child : fixedArea->children()) {
+        if (IsListedButton(child))
+            ++inFixedArea;
+    }
+    return inFixedArea == fixed;
 }
 
 void BrowserTabBarExPrivate::ResetButtons()
@@ -393,6 +450,8 @@ void BrowserTabBarExPrivate::ResetButtons()
 void BrowserTabBarExPrivate::PlaceScrollingButtons()
 {
     Q_Q(BrowserTabBarEx);
+    // The widths may not be the ones ResizeButtons() gives (closing mode, a drag).
+    placeFrom = 0;
     const int top = q->ButtonTop();
     int x = 0;
     for (int i = FixedCount(); i < buttons.size(); ++i) {
@@ -506,32 +565,80 @@ void BrowserTabBarExPrivate::ResizeDelayButtons()
     ResetDelayButtons();
 }
 
-// A strip of hundreds of tabs shows a dozen: only buttons in or near the viewport hold
-// their inner widgets. A button gets them once it is within one minimum tab width of
-// the visible part and gives them up once it is a whole viewport away, so that scrolling
-// to and fro near the edge does not make and destroy them again and again.
+// A strip of thousands of tabs shows a dozen: only buttons in or near the viewport hold
+// their inner widgets and are shown (a hidden widget costs Qt nothing to move or to
+// paint around). A button gets them once it is within one minimum tab width of the
+// visible part and gives them up once it is a whole viewport away, so that scrolling to
+// and fro near the edge does not make and destroy them again and again.
 void BrowserTabBarExPrivate::UpdateButtonForms()
 {
     Q_Q(BrowserTabBarEx);
-    const int viewportWidth = viewport->width();
     const int visibleLeft = -scrollOffset;
-    const int visibleRight = visibleLeft + viewportWidth;
+    const int visibleRight = visibleLeft + viewport->width();
     const int createMargin = q->MinButtonWidth();
-    const int releaseMargin = qMax(viewportWidth, createMargin);
-    for (BrowserTabButtonBase *button : qAsConst(buttons)) {
-        BrowserTabButtonExPrivate *b = static_cast<BrowserTabButtonEx *>(button)->d_func();
-        // Fixed tabs and a dragged one always keep theirs.
-        if (button->parentWidget() != contentStrip || button->IsPressed()) {
-            b->CreateForm();
-            continue;
+    const int fixedCount = qMin(FixedCount(), buttons.size());
+
+    if (!IsOrdered()) {
+        // A drag, or tabs inserted before the fixed ones: every tab is looked at.
+        awake.clear();
+        for (BrowserTabButtonBase *button : qAsConst(buttons)) {
+            const int left = TabGeometry::X(button);
+            UpdateButtonForm(button, left, left + button->width());
         }
-        const int left = TabGeometry::X(button);
-        const int right = left + button->width();
-        if (right > visibleLeft - createMargin && left < visibleRight + createMargin)
-            b->CreateForm();
-        else if (right <= visibleLeft - releaseMargin || left >= visibleRight + releaseMargin)
-            b->ReleaseForm();
+        return;
     }
+
+    for (int i = 0; i < fixedCount; ++i)
+        static_cast<BrowserTabButtonEx *>(buttons.at(i))->d_func()->CreateForm();
+    // Those awake so far that are now far away, or no longer tabs of this strip.
+    const QVector<QPointer<BrowserTabButtonBase>> before = std::exchange(awake, {});
+    for (BrowserTabButtonBase *button : before) {
+        if (!button || !IsListedButton(button) || button->parentWidget() != contentStrip)
+            continue;
+        const int left = TabGeometry::X(button);
+        UpdateButtonForm(button, left, left + button->width());
+    }
+    // The scrolling tabs lie side by side in list order: the first one that reaches
+    // into the margin before the view is found by bisection, and the rest follow it
+    // up to the margin after the view.
+    const auto endOf = [this](int i) { return TabGeometry::X(buttons.at(i)) + buttons.at(i)->width(); };
+    int low = fixedCount;
+    int high = buttons.size();
+    while (low < high) {
+        const int mid = low + (high - low) / 2;
+        if (endOf(mid) > visibleLeft - createMargin)
+            high = mid;
+        else
+            low = mid + 1;
+    }
+    for (int i = low; i < buttons.size(); ++i) {
+        BrowserTabButtonBase *button = buttons.at(i);
+        const int left = TabGeometry::X(button);
+        if (left >= visibleRight + createMargin)
+            break;
+        UpdateButtonForm(button, left, left + button->width());
+    }
+}
+
+void BrowserTabBarExPrivate::UpdateButtonForm(BrowserTabButtonBase *button, int left, int right)
+{
+    Q_Q(BrowserTabBarEx);
+    BrowserTabButtonExPrivate *b = static_cast<BrowserTabButtonEx *>(button)->d_func();
+    // Fixed tabs and a dragged one always keep theirs.
+    if (button->parentWidget() != contentStrip || button->IsPressed()) {
+        b->CreateForm();
+        return;
+    }
+    const int visibleLeft = -scrollOffset;
+    const int visibleRight = visibleLeft + viewport->width();
+    const int createMargin = q->MinButtonWidth();
+    const int releaseMargin = qMax(viewport->width(), createMargin);
+    if (right > visibleLeft - createMargin && left < visibleRight + createMargin)
+        b->CreateForm();
+    else if (right <= visibleLeft - releaseMargin || left >= visibleRight + releaseMargin)
+        b->ReleaseForm();
+    if (b->form && !awake.contains(button))
+        awake.append(button);
 }
 
 int BrowserTabBarExPrivate::ViewportWidth(int fixedTotal) const
@@ -599,6 +706,8 @@ void BrowserTabBarExPrivate::SetContentWidth()
     CheckAreaOffset();
 }
 
+// Only the current tab, the one before it and, in overflow, the last fixed tab hide
+// their separators: the others are told to show theirs only when they hid them.
 void BrowserTabBarExPrivate::ResetSeparator()
 {
     const int count = buttons.size();
@@ -606,9 +715,16 @@ void BrowserTabBarExPrivate::ResetSeparator()
     const int fixedCount = FixedCount();
     // In overflow the last fixed tab borders the left arrow, not a tab.
     const int lastFixed = (overflow && fixedCount > 0 && count >= fixedCount) ? fixedCount - 1 : -1;
-    for (int i = 0; i < count; ++i) {
-        const bool hidden = i == current || (current > 0 && i == current - 1) || i == lastFixed;
-        Button(i)->SetSeparatorVisible(!hidden);
+    BrowserTabButtonEx *const hide[] = {Button(current), current > 0 ? Button(current - 1) : nullptr,
+                                        Button(lastFixed)};
+    const QVector<QPointer<BrowserTabButtonEx>> hidden = std::exchange(separatorsHidden, {});
+    for (BrowserTabButtonEx *button : hidden) {
+        if (button && IsListedButton(button) && std::find(std::begin(hide), std::end(hide), button) == std::end(hide))
+            SetSeparator(button, true);
+    }
+    for (BrowserTabButtonEx *button : hide) {
+        if (button)
+            SetSeparator(button, false);
     }
 }
 
@@ -617,13 +733,20 @@ void BrowserTabBarExPrivate::SetPressedSeparator()
     for (int i = FixedCount(); i < buttons.size(); ++i) {
         BrowserTabButtonEx *button = Button(i);
         if (!button->IsPressed()) {
-            button->SetSeparatorVisible(true);
+            SetSeparator(button, true);
             continue;
         }
-        button->SetSeparatorVisible(false);
+        SetSeparator(button, false);
         if (i >= 1)
-            Button(i - 1)->SetSeparatorVisible(false);
+            SetSeparator(Button(i - 1), false);
     }
+}
+
+void BrowserTabBarExPrivate::SetSeparator(BrowserTabButtonEx *button, bool visible)
+{
+    button->SetSeparatorVisible(visible);
+    if (!visible && !separatorsHidden.contains(button))
+        separatorsHidden.append(button);
 }
 
 // ---------------------------------------------------------------------------
@@ -977,15 +1100,15 @@ void BrowserTabBarEx::SlotHoverChanged(TabDataPtr tab, bool hovered)
     if (i >= 0) {
         BrowserTabButtonEx *button = d->Button(i);
         if (i + 1 < d->buttons.size() && d->buttons.at(i + 1)->IsChecked())
-            button->SetSeparatorVisible(false);
+            d->SetSeparator(button, false);
         else
-            button->SetSeparatorVisible(!hovered);
+            d->SetSeparator(button, !hovered);
         if (i > 0)
-            d->Button(i - 1)->SetSeparatorVisible(!hovered);
+            d->SetSeparator(d->Button(i - 1), !hovered);
     }
     const int fixedCount = d->FixedCount();
     if (d->overflow && fixedCount > 0 && d->buttons.size() >= fixedCount)
-        d->Button(fixedCount - 1)->SetSeparatorVisible(false);
+        d->SetSeparator(d->Button(fixedCount - 1), false);
 }
 
 void BrowserTabBarEx::SlotIconClicked(TabDataPtr tab)

@@ -7,6 +7,9 @@
 #include "browsertabbarbase_p.h"
 #include "browsertabbarex.h"
 
+#include <QPointer>
+#include <QVector>
+
 
 class BrowserTabArrowEx;
 class BrowserTabButtonEx;
@@ -55,6 +58,26 @@ public:
     QFrame *viewport = nullptr;
     QFrame *contentStrip = nullptr;
 
+    // With thousands of tabs a change must cost what it changes, not what the strip
+    // holds. What the last layout gave the scrolling tabs, and from which list index
+    // on their widths or places may have changed since (ListChanged(), or any layout
+    // that is not ResizeButtons()'s): the next ResizeButtons() starts there.
+    struct Placed
+    {
+        int buttonWidth = -1;
+        int currentWidth = -1;
+        int height = -1;
+        int top = -1;
+        int current = -1;
+    };
+    Placed placed;
+    int placeFrom = 0;
+    // The scrolling tabs that hold their inner widgets (and are shown): the only ones a
+    // scroll may have to let go of. Fixed tabs always hold theirs.
+    QVector<QPointer<BrowserTabButtonBase>> awake;
+    // The tabs whose separator the bar was last told to hide; every other tab's is to show.
+    QVector<QPointer<BrowserTabButtonEx>> separatorsHidden;
+
     BrowserTabButtonEx *Button(int index) const;
     void InitContent();
     void InitArrowFrame();
@@ -68,10 +91,16 @@ public:
     void AdjustForDpi() override;
     void LayoutAfterRemoval() override;
     void LayoutAfterMove() override;
+    void ListChanged(int from) override;
     void ComputeButtonWidth(int available);
     void ResizeButtons();
     void ResetButtons();
     void PlaceScrollingButtons();
+    /**
+     * Whether the list runs as the layout expects: the fixed tabs first, in the fixed
+     * area, then the scrolling tabs in the content strip, none floating in a drag.
+     */
+    bool IsOrdered() const;
     void SetContentWidth();
     /**
      * The viewport's width beside fixed tabs @p fixedTotal wide: with the arrows while
@@ -80,7 +109,11 @@ public:
     int ViewportWidth(int fixedTotal) const;
     void ResetSeparator();
     void SetPressedSeparator();
+    /** Shows or hides @p button's separator and remembers the tabs whose separator is hidden. */
+    void SetSeparator(BrowserTabButtonEx *button, bool visible);
     void UpdateButtonForms();
+    /** Gives @p button its inner widgets, or lets go of them, for a place between @p left and @p right. */
+    void UpdateButtonForm(BrowserTabButtonBase *button, int left, int right);
     void DirectionChanged() override;
     /** The arrows and shadows point and fade the other way round when mirrored. */
     void UpdateMirroredStyles();

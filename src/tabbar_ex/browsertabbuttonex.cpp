@@ -125,7 +125,8 @@ void BrowserTabButtonExPrivate::Init(BrowserTabButtonEx::FormMode mode)
     q->setContextMenuPolicy(Qt::NoContextMenu);
     q->setWindowTitle(QStringLiteral("BrowserTabButtonBase"));
     q->setLineWidth(0);
-    if (mode == BrowserTabButtonEx::FormMode::Created)
+    formDeferred = mode == BrowserTabButtonEx::FormMode::Deferred;
+    if (!formDeferred)
         CreateForm();
 
     SetStyleName(BackStyleName());
@@ -157,7 +158,9 @@ void BrowserTabButtonExPrivate::InitButton()
     ApplyFont();
     UpdateLayout();
     UpdateCloseButton();
-    q->show();
+    // A deferred button shows with its inner widgets (CreateForm()).
+    if (!formDeferred)
+        q->show();
 }
 
 void BrowserTabButtonExPrivate::CreateForm()
@@ -187,10 +190,13 @@ void BrowserTabButtonExPrivate::CreateForm()
     ApplyFont();
     UpdateLayout();
     form->content->show();
+    if (formDeferred)
+        q->show();
 }
 
 void BrowserTabButtonExPrivate::ReleaseForm()
 {
+    Q_Q(BrowserTabButtonEx);
     if (!form)
         return;
     QFrame *content = form->content;
@@ -200,6 +206,8 @@ void BrowserTabButtonExPrivate::ReleaseForm()
     // Later, not now: one of the widgets may be delivering the event that led here.
     content->hide();
     content->deleteLater();
+    if (formDeferred)
+        q->hide();
 }
 
 void BrowserTabButtonExPrivate::ApplyFont()

@@ -97,6 +97,7 @@ int BrowserTabBarBasePrivate::InsertButton(int index, BrowserTabButtonBase *butt
     buttons.insert(index, button);
     if (index <= currentIndex)
         ++currentIndex;
+    ListChanged(index);
     return index;
 }
 
@@ -132,6 +133,8 @@ void BrowserTabBarBasePrivate::EndClosingMode()
     leaveWatcher->Disarm();
     closing = false;
     closedLast = false;
+    // Every tab takes its width again, whatever moved it meanwhile.
+    ListChanged(0);
     Relayout();
 }
 
@@ -162,11 +165,17 @@ void BrowserTabBarBasePrivate::Retranslate()
 
 void BrowserTabBarBasePrivate::MoveEntry(int from, int to)
 {
-    BrowserTabButtonBase *current = ButtonAt(currentIndex);
     buttons.move(from, to);
+    ListChanged(qMin(from, to));
     // The current tab stays the same tab; a negative index set by the host stays as it is.
-    if (current)
-        currentIndex = buttons.indexOf(current);
+    if (IsValidIndex(currentIndex)) {
+        if (currentIndex == from)
+            currentIndex = to;
+        else if (from < currentIndex && currentIndex <= to)
+            --currentIndex;
+        else if (to <= currentIndex && currentIndex < from)
+            ++currentIndex;
+    }
     if (QAccessible::isActive()) {
         QAccessibleEvent event(q_func(), QAccessible::ObjectReorder);
         QAccessible::updateAccessibility(&event);
@@ -265,6 +274,7 @@ void BrowserTabBarBasePrivate::RunMenu(BrowserTabButtonBase *button, QPoint glob
             parkedButton->deleteLater();
     }
     // A command may have changed the tabs, or the pointer may have left the bar.
+    ListChanged(0);
     Relayout();
     ResyncPointer();
 }
@@ -546,6 +556,9 @@ void BrowserTabBarBase::removeTab(int index)
 
     const bool hadFocus = d->focusButton == button;
     d->buttons.removeAt(index);
+    d->ListChanged(index);
+    if (d->checkedButton == button)
+        d->checkedButton = nullptr; // what waits for deletion keeps its look
     button->d_func()->listed = false;
     // A button waiting for deletion must not reach the bar any more.
     disconnect(button, nullptr, this, nullptr);
@@ -597,14 +610,20 @@ void BrowserTabBarBase::setCurrentIndex(int index)
         return;
     const int previous = d->currentIndex;
     d->currentIndex = index;
-    for (int i = 0; i < d->buttons.size(); ++i) {
-        BrowserTabButtonBase *button = d->buttons.at(i);
-        const bool checked = i == index;
-        // Only buttons whose state changes are restyled: the others would show exactly
-        // what they show now, and restyling hundreds of them would dominate a switch.
-        if (button->IsChecked() != checked)
-            button->SetChecked(checked);
-    }
+    // Only the bar checks buttons, one at a time: the one it checked last is the only
+    // one to uncheck, wherever the list has moved it since. Asking every button would
+    // make a switch cost as much as the strip is long.
+    BrowserTabButtonBase *current = d->ButtonAt(index);
+    if (d->checkedButton && d->checkedButton != current)
+        d->checkedButton->SetChecked(false);
+    if (current && !current->IsChecked())
+        current->SetChecked(true);
+    d->checkedButton = current;
+#ifndef QT_NO_DEBUG
+    for (BrowserTabButtonBase *button : qAsConst(d->buttons))
+        Q_ASSERT_X(button->IsChecked() == (button == current), "BrowserTabBarBase::setCurrentIndex",
+                   "a button other than the current one is checked");
+#endif
     d->CurrentTabChanged(previous);
     if (QAccessible::isActive()) {
         if (BrowserTabButtonBase *old = d->ButtonAt(previous)) {

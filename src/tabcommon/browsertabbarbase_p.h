@@ -53,6 +53,8 @@ public:
     // One button per tab; list position = tab index.
     QList<BrowserTabButtonBase *> buttons;
     int currentIndex = -1;
+    // The button the bar checked last: the only checked one, even once its tab is gone.
+    QPointer<BrowserTabButtonBase> checkedButton;
     int firstIndex = 0;    // lowest index a dragged tab may take
     int buttonWidth = 0;   // every movable tab
     int extraPixels = 0;   // movable tabs, from the first, that are one pixel wider
@@ -215,6 +217,11 @@ public:
     virtual void CurrentTabChanged(int previous) = 0;
     /** After a tab was moved by moveTab() or a cancelled drag. */
     virtual void LayoutAfterMove() = 0;
+    /**
+     * The list changed at @p from (a tab inserted or removed there, or moved from or to
+     * there): the tabs from there on may stand elsewhere now. Default: nothing.
+     */
+    virtual void ListChanged(int from) { Q_UNUSED(from) }
     /** The neighbour that becomes current when the current tab at @p index is removed. */
     virtual int NextCurrentOnRemoval(int index) = 0;
     /** The icon address of a plug-in tab, from the strip's policy. */
