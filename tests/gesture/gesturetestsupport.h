@@ -4,6 +4,7 @@
 // Shared by the gesture tests: a delegate and a usage recorder that write down
 // every call, and a per-test settings sandbox.
 
+#include "browsergesturehandler.h"
 #include "igesturehandlerdelegate.h"
 #include "imonitorsystem.h"
 #include "kelmousegesture.h"
@@ -73,33 +74,19 @@ private:
 };
 
 /**
- * What a test of gesture dispatch watches: a settings sandbox, a usage recorder
- * installed as the monitor and a delegate that records the actions. Make one in
- * init() and destroy it in cleanup(); the members go in reverse order, the sandbox
- * (which uninstalls the monitor and releases the singletons) last.
- */
-struct Recorders
-{
-    Recorders() { IMonitorSystem::SetMonitorSystem(&monitor); }
-
-    Sandbox sandbox;
-    RecordingMonitor monitor;
-    RecordingDelegate delegate;
-};
-
-/**
  * The offscreen platform the suite runs on cannot raise a window or pass size hints
  * on, and says so every time the toast, a tool window, is shown or resized. Those
  * two messages are about the test platform, not the code under test; every other
- * message still goes to QtTest's handler and fails the test when unexpected.
- * Install in initTestCase() (after QtTest has installed its handler), remove in
- * cleanupTestCase().
+ * message still goes to QtTest's handler and fails the test when unexpected. The
+ * filter stands in front of that handler while it lives: make it once QtTest has
+ * installed its handler (in a test function, init() or initTestCase()).
  */
 class OffscreenPlatformNoise
 {
 public:
-    static void Install() { s_previous = qInstallMessageHandler(&Handle); }
-    static void Remove() { qInstallMessageHandler(s_previous); }
+    OffscreenPlatformNoise() { s_previous = qInstallMessageHandler(&Handle); }
+    ~OffscreenPlatformNoise() { qInstallMessageHandler(s_previous); }
+    Q_DISABLE_COPY(OffscreenPlatformNoise)
 
 private:
     static void Handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
@@ -113,6 +100,39 @@ private:
     }
 
     static inline QtMessageHandler s_previous = nullptr;
+};
+
+/**
+ * What a test of gesture dispatch watches: a settings sandbox, a usage recorder
+ * installed as the monitor and a delegate that records the actions, and the handler
+ * that dispatches to them; the toast that the handler shows may draw the offscreen
+ * platform's complaints, which are filtered out for as long as the recorders live.
+ * Make one in init() and destroy it in cleanup(); the members go in reverse order,
+ * the handler first, then the sandbox (which uninstalls the monitor and releases the
+ * singletons) and the filter last.
+ */
+struct Recorders
+{
+    Recorders() { IMonitorSystem::SetMonitorSystem(&monitor); }
+
+    /**
+     * The handler under test, dispatching to the delegate; made on first use, so that
+     * a test can store the settings it should read first.
+     */
+    BrowserGestureHandler *Handler()
+    {
+        if (!handler) {
+            handler.reset(new BrowserGestureHandler(nullptr));
+            handler->SetGestureHandlerDelegate(&delegate);
+        }
+        return handler.get();
+    }
+
+    OffscreenPlatformNoise noise;
+    Sandbox sandbox;
+    RecordingMonitor monitor;
+    RecordingDelegate delegate;
+    std::unique_ptr<BrowserGestureHandler> handler;
 };
 
 inline void StoreValue(const QString &key, const QString &value)

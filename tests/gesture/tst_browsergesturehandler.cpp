@@ -71,21 +71,10 @@ class TstBrowserGestureHandler : public QObject
 
 private:
     std::unique_ptr<Recorders> m_recorders;
-    std::unique_ptr<BrowserGestureHandler> m_handler;
 
-    BrowserGestureHandler *Handler()
-    {
-        if (!m_handler) {
-            m_handler.reset(new BrowserGestureHandler(nullptr));
-            m_handler->SetGestureHandlerDelegate(&m_recorders->delegate);
-        }
-        return m_handler.get();
-    }
+    BrowserGestureHandler *Handler() { return m_recorders->Handler(); }
 
 private Q_SLOTS:
-    void initTestCase() { OffscreenPlatformNoise::Install(); }
-    void cleanupTestCase() { OffscreenPlatformNoise::Remove(); }
-
     void init()
     {
         DpiTool::SetScaleFactor(1.0);
@@ -94,7 +83,7 @@ private Q_SLOTS:
 
     void cleanup()
     {
-        m_handler.reset();
+        m_recorders->handler.reset();
         QVERIFY(!FindToast());
         m_recorders.reset();
         DpiTool::SetScaleFactor(0);
@@ -325,7 +314,7 @@ private Q_SLOTS:
         Handler()->HandleGestureMoving({QStringLiteral("R")});
         QCOMPARE(FindToast(), first.data());
         QVERIFY(first->isVisible());
-        m_handler.reset();
+        m_recorders->handler.reset();
         QVERIFY(!first);
     }
 

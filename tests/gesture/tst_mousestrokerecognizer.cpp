@@ -74,7 +74,6 @@ class TstMouseStrokeRecognizer : public QObject
 
 private:
     std::unique_ptr<Recorders> m_recorders;
-    std::unique_ptr<BrowserGestureHandler> m_handler;
     std::unique_ptr<EventRecorder> m_window;
     EventRecorder *m_child = nullptr;
     std::unique_ptr<MouseStrokeRecognizer> m_recognizer;
@@ -102,15 +101,10 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase() { OffscreenPlatformNoise::Install(); }
-    void cleanupTestCase() { OffscreenPlatformNoise::Remove(); }
-
     void init()
     {
         DpiTool::SetScaleFactor(1.0);
         m_recorders.reset(new Recorders);
-        m_handler.reset(new BrowserGestureHandler(nullptr));
-        m_handler->SetGestureHandlerDelegate(&m_recorders->delegate);
 
         m_window.reset(new EventRecorder);
         m_window->setGeometry(50, 50, 400, 400);
@@ -120,7 +114,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
 
         m_recognizer.reset(new MouseStrokeRecognizer);
-        m_recognizer->SetGestureHandler(m_handler.get());
+        m_recognizer->SetGestureHandler(m_recorders->Handler());
         m_recognizer->Attach(m_window.get());
     }
 
@@ -129,7 +123,6 @@ private Q_SLOTS:
         m_recognizer.reset();
         m_window.reset();
         m_child = nullptr;
-        m_handler.reset();
         m_recorders.reset();
         DpiTool::SetScaleFactor(0);
     }
@@ -266,7 +259,7 @@ private Q_SLOTS:
         QCOMPARE(recognizer.AttachedWidget(), nullptr);
         QCOMPARE(recognizer.GestureHandler(), nullptr);
         QCOMPARE(m_recognizer->AttachedWidget(), static_cast<QWidget *>(m_window.get()));
-        QCOMPARE(m_recognizer->GestureHandler(), m_handler.get());
+        QCOMPARE(m_recognizer->GestureHandler(), m_recorders->handler.get());
     }
 
     // --- real mouse events ------------------------------------------------------

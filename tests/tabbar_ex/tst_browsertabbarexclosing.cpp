@@ -6,6 +6,7 @@
 #include "hoverevents.h"
 #include "keltabtest.h"
 
+#include "barwindowtest.h"
 #include "browsertabbarex.h"
 #include "browsertabbuttonex.h"
 #include "dpitool.h"
@@ -41,16 +42,12 @@ QList<int> Running(const QList<int> &widths)
 
 } // namespace
 
-class TstBrowserTabBarExClosing : public QObject
+class TstBrowserTabBarExClosing : public BarWindowTest
 {
     Q_OBJECT
     Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void cleanupTestCase();
-
     void closeButtonFreezesWidthsAndSlidesLeft_data();
     void closeButtonFreezesWidthsAndSlidesLeft();
     void closingStaysOnThroughFurtherCloses();
@@ -81,8 +78,7 @@ private Q_SLOTS:
     void deleteBarInsideCloseRequested();
 
 private:
-    std::unique_ptr<QWidget> m_window;
-    TestTabBarEx *m_bar = nullptr;
+    QPointer<TestTabBarEx> m_bar;
 
     TestTabBarEx *MakeBar(double scale, int designAvailable, int scrolling);
     void CloseByButton(int index);
@@ -92,31 +88,11 @@ private:
     int MinOffset() const { return m_bar->Viewport()->width() - m_bar->Content()->width(); }
 };
 
-void TstBrowserTabBarExClosing::init()
-{
-    DpiTool::SetScaleFactor(1.0);
-}
-
-void TstBrowserTabBarExClosing::cleanup()
-{
-    m_window.reset();
-    m_bar = nullptr;
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-void TstBrowserTabBarExClosing::cleanupTestCase()
-{
-    DpiTool::SetScaleFactor(0);
-}
-
 // A host that closes every tab it is asked to close, from inside the request.
 TestTabBarEx *TstBrowserTabBarExClosing::MakeBar(double scale, int designAvailable, int scrolling)
 {
     DpiTool::SetScaleFactor(scale);
-    m_window.reset(new QWidget);
-    m_bar = new TestTabBarEx(m_window.get());
-    m_bar->resize(BarWidthFor(designAvailable), m_bar->ButtonBarHeight());
-    m_window->resize(m_bar->size());
+    m_bar = NewBarInWindow<TestTabBarEx>(designAvailable);
     Fill(*m_bar, scrolling);
     TestTabBarEx *bar = m_bar;
     connect(bar, &BrowserTabBarEx::tabCloseRequested, bar, [bar](int index) { bar->removeTab(index); });

@@ -7,6 +7,7 @@
 
 #include "keltabtest.h"
 
+#include "barwindowtest.h"
 #include "browsertabbarex.h"
 #include "browsertabbuttonex.h"
 #include "browsertabmoveproxyex.h"
@@ -47,16 +48,12 @@ const QPoint kPress(800, 500);
 
 } // namespace
 
-class TstBrowserTabBarExDrag : public QObject
+class TstBrowserTabBarExDrag : public BarWindowTest
 {
     Q_OBJECT
     Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void cleanupTestCase();
-
     void workedExampleLeft_data();
     void workedExampleLeft();
     void dragRightNeedsTwoThirds_data();
@@ -90,8 +87,7 @@ private Q_SLOTS:
     void deleteBarInsideTabButtonMoved();
 
 private:
-    std::unique_ptr<QWidget> m_window;
-    TestTabBarEx *m_bar = nullptr;
+    QPointer<TestTabBarEx> m_bar;
 
     TestTabBarEx *MakeBar(double scale, int designAvailable, int scrolling, int fixedCount = 1);
     static BrowserTabMoveProxyEx *Proxy()
@@ -105,37 +101,23 @@ private:
     void MoveCursor(const QPoint &cursor);
     void Release();
     int m_pressLeft = 0;
+
+    void CloseLeftovers() override;
 };
 
-void TstBrowserTabBarExDrag::init()
-{
-    DpiTool::SetScaleFactor(1.0);
-}
-
-void TstBrowserTabBarExDrag::cleanup()
+// A test may stop a drag halfway; the popup it leaves is the drag's.
+void TstBrowserTabBarExDrag::CloseLeftovers()
 {
     if (BrowserTabMoveProxyEx *proxy = Proxy())
         proxy->hide();
-    m_window.reset();
-    m_bar = nullptr;
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCOMPARE(QApplication::activePopupWidget(), static_cast<QWidget *>(nullptr));
-}
-
-void TstBrowserTabBarExDrag::cleanupTestCase()
-{
-    DpiTool::SetScaleFactor(0);
 }
 
 TestTabBarEx *TstBrowserTabBarExDrag::MakeBar(double scale, int designAvailable, int scrolling, int fixedCount)
 {
     DpiTool::SetScaleFactor(scale);
-    m_window.reset(new QWidget);
-    m_bar = new TestTabBarEx(m_window.get());
+    m_bar = NewBarInWindow<TestTabBarEx>(designAvailable, fixedCount > 0 ? 84 : 0);
     m_bar->fixedCount = fixedCount;
     m_bar->SetFirstIndex(fixedCount);
-    m_bar->resize(BarWidthFor(designAvailable, fixedCount > 0 ? 84 : 0), m_bar->ButtonBarHeight());
-    m_window->resize(m_bar->size());
     Fill(*m_bar, scrolling);
     return m_bar;
 }

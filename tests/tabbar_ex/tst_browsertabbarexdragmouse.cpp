@@ -6,6 +6,7 @@
 
 #include "keltabtest.h"
 
+#include "barwindowtest.h"
 #include "browsertabbarex.h"
 #include "browsertabbuttonex.h"
 #include "browsertabmoveproxyex.h"
@@ -19,16 +20,12 @@
 
 using namespace TabTest;
 
-class TstBrowserTabBarExDragMouse : public QObject
+class TstBrowserTabBarExDragMouse : public BarWindowTest
 {
     Q_OBJECT
     Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void cleanupTestCase();
-
     void dragReordersAndDrops();
     void pressAndReleaseOnTheSpot();
     void edgeScrollStepsPerTick_data();
@@ -37,8 +34,7 @@ private Q_SLOTS:
     void barDeletedMidDrag();
 
 private:
-    std::unique_ptr<QWidget> m_window;
-    TestTabBarEx *m_bar = nullptr;
+    QPointer<TestTabBarEx> m_bar;
 
     TestTabBarEx *MakeBar(double scale, int designAvailable, int scrolling);
     QWindow *Window() const { return m_window->windowHandle(); }
@@ -55,32 +51,11 @@ private:
     static QWidget *Popup() { return QApplication::activePopupWidget(); }
 };
 
-void TstBrowserTabBarExDragMouse::init()
-{
-    DpiTool::SetScaleFactor(1.0);
-}
-
-void TstBrowserTabBarExDragMouse::cleanup()
-{
-    m_window.reset();
-    m_bar = nullptr;
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCOMPARE(Popup(), static_cast<QWidget *>(nullptr));
-}
-
-void TstBrowserTabBarExDragMouse::cleanupTestCase()
-{
-    DpiTool::SetScaleFactor(0);
-}
-
 TestTabBarEx *TstBrowserTabBarExDragMouse::MakeBar(double scale, int designAvailable, int scrolling)
 {
     DpiTool::SetScaleFactor(scale);
-    m_window.reset(new QWidget);
-    m_bar = new TestTabBarEx(m_window.get());
+    m_bar = NewBarInWindow<TestTabBarEx>(designAvailable);
     m_bar->SetFirstIndex(1);
-    m_bar->resize(BarWidthFor(designAvailable), m_bar->ButtonBarHeight());
-    m_window->resize(m_bar->size());
     m_window->move(100, 100);
     Fill(*m_bar, scrolling);
     m_window->show();

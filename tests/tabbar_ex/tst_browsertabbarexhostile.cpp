@@ -5,6 +5,7 @@
 
 #include "keltabtest.h"
 
+#include "barwindowtest.h"
 #include "browsertabbarex.h"
 #include "browsertabbuttonex.h"
 #include "browsertabmoveproxyex.h"
@@ -43,16 +44,12 @@ protected:
 
 } // namespace
 
-class TstBrowserTabBarExHostile : public QObject
+class TstBrowserTabBarExHostile : public BarWindowTest
 {
     Q_OBJECT
     Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void cleanupTestCase();
-
     void removeTabInsideTabButtonMoved();
     void resizeDuringDrag();
     void delayTimeoutDuringDrag();
@@ -64,8 +61,7 @@ private Q_SLOTS:
     void currentChangedRemovesDuringClosingSlide();
 
 private:
-    std::unique_ptr<QWidget> m_window;
-    ReorderingHost *m_bar = nullptr;
+    QPointer<ReorderingHost> m_bar;
 
     ReorderingHost *MakeBar(int designAvailable, int scrolling);
     static BrowserTabMoveProxyEx *Proxy()
@@ -76,35 +72,21 @@ private:
     void MoveBy(int dx);
     void Release();
     void CheckConsistent();
+
+    void CloseLeftovers() override;
 };
 
-void TstBrowserTabBarExHostile::init()
-{
-    DpiTool::SetScaleFactor(1.0);
-}
-
-void TstBrowserTabBarExHostile::cleanup()
+// A test may stop halfway through a drag or leave a menu open.
+void TstBrowserTabBarExHostile::CloseLeftovers()
 {
     if (QWidget *popup = QApplication::activePopupWidget())
         popup->hide();
-    m_window.reset();
-    m_bar = nullptr;
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCOMPARE(QApplication::activePopupWidget(), static_cast<QWidget *>(nullptr));
-}
-
-void TstBrowserTabBarExHostile::cleanupTestCase()
-{
-    DpiTool::SetScaleFactor(0);
 }
 
 ReorderingHost *TstBrowserTabBarExHostile::MakeBar(int designAvailable, int scrolling)
 {
-    m_window.reset(new QWidget);
-    m_bar = new ReorderingHost(m_window.get());
+    m_bar = NewBarInWindow<ReorderingHost>(designAvailable);
     m_bar->SetFirstIndex(1);
-    m_bar->resize(BarWidthFor(designAvailable), m_bar->ButtonBarHeight());
-    m_window->resize(m_bar->size());
     m_window->move(100, 100);
     m_bar->InitMenu();
     Fill(*m_bar, scrolling);

@@ -6,6 +6,7 @@
 
 #include "keltabtest.h"
 
+#include "barwindowtest.h"
 #include "browsertabbarex.h"
 #include "browsertabbuttonex.h"
 #include "dpitool.h"
@@ -71,15 +72,13 @@ struct MenuState
 
 Q_DECLARE_METATYPE(QList<bool>)
 
-class TstBrowserTabBarExMenu : public QObject
+class TstBrowserTabBarExMenu : public BarWindowTest
 {
     Q_OBJECT
     Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void initTestCase();
-    void cleanup();
-    void cleanupTestCase();
 
     void initMenuBuildsEntries();
     void initMenuWithRecovery();
@@ -107,11 +106,10 @@ private Q_SLOTS:
     void barDeletedWhileMenuOpen();
 
 private:
-    std::unique_ptr<QWidget> m_window;
-    PolicyBar *m_bar = nullptr;
+    QPointer<PolicyBar> m_bar;
     QTemporaryDir m_dir;
 
-    static void StartAfresh();
+    void PrepareTest() override;
     PolicyBar *MakeBar(int scrolling, bool init = true);
     KelMenu *Menu() const { return m_bar ? m_bar->findChild<KelMenu *>(QStringLiteral("BrowserTabBarMenu")) : nullptr; }
     // Opens the menu of the tab at @p index; once it is up, @p answer runs from the
@@ -127,36 +125,17 @@ private:
 void TstBrowserTabBarExMenu::initTestCase()
 {
     OpenIconCache(m_dir);
-    StartAfresh();
 }
 
 // Each test starts at scale 1.0, without a bar or a popup, the pointer at (300, 300).
-void TstBrowserTabBarExMenu::cleanup()
+void TstBrowserTabBarExMenu::PrepareTest()
 {
-    m_window.reset();
-    m_bar = nullptr;
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCOMPARE(QApplication::activePopupWidget(), static_cast<QWidget *>(nullptr));
-    StartAfresh();
-}
-
-void TstBrowserTabBarExMenu::StartAfresh()
-{
-    DpiTool::SetScaleFactor(1.0);
     QCursor::setPos(300, 300);
-}
-
-void TstBrowserTabBarExMenu::cleanupTestCase()
-{
-    EndTestCase();
 }
 
 PolicyBar *TstBrowserTabBarExMenu::MakeBar(int scrolling, bool init)
 {
-    m_window.reset(new QWidget);
-    m_bar = new PolicyBar(m_window.get());
-    m_bar->resize(BarWidthFor(1000), m_bar->ButtonBarHeight());
-    m_window->resize(m_bar->size());
+    m_bar = NewBarInWindow<PolicyBar>(1000);
     m_window->move(100, 100);
     if (init)
         m_bar->InitMenu();

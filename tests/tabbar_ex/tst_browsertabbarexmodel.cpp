@@ -12,6 +12,7 @@
 
 #include "keltabtest.h"
 
+#include "barwindowtest.h"
 #include "browsertabbarex.h"
 #include "browsertabbuttonex.h"
 #include "browsertabmoveproxyex.h"
@@ -136,23 +137,20 @@ private:
 
 } // namespace
 
-class TstBrowserTabBarExModel : public QObject
+class TstBrowserTabBarExModel : public BarWindowTest
 {
     Q_OBJECT
     Q_CLASSINFO("SetsThePointer", "QCursor::setPos")
 
 private Q_SLOTS:
     void initTestCase();
-    void cleanup();
-    void cleanupTestCase();
     void randomOperations_data();
     void randomOperations();
 
 private:
     quint32 m_seed = 0;
     std::mt19937 m_random;
-    std::unique_ptr<QWidget> m_window;
-    TestTabBarEx *m_bar = nullptr;
+    QPointer<TestTabBarEx> m_bar;
     Model m_model;
     QList<HostAnswer> m_answers;
     int m_hostDepth = 0;
@@ -192,6 +190,8 @@ private:
     void EndDrag();
     void AdoptDragOrder(QString *problem);
     QString Check();
+
+    void CloseLeftovers() override;
 };
 
 void TstBrowserTabBarExModel::initTestCase()
@@ -204,18 +204,11 @@ void TstBrowserTabBarExModel::initTestCase()
     qInfo("random operations with seed %u (rerun with KELTAB_SEED=%u)", m_seed, m_seed);
 }
 
-void TstBrowserTabBarExModel::cleanup()
+// A run may end mid-drag.
+void TstBrowserTabBarExModel::CloseLeftovers()
 {
     if (QWidget *popup = QApplication::activePopupWidget())
         popup->hide();
-    m_window.reset();
-    m_bar = nullptr;
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-void TstBrowserTabBarExModel::cleanupTestCase()
-{
-    DpiTool::SetScaleFactor(0);
 }
 
 TabDataPtr TstBrowserTabBarExModel::NewTab()
