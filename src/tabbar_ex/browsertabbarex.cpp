@@ -112,6 +112,9 @@ void BrowserTabBarExPrivate::InitContent()
     viewport->raise();
     viewport->show();
     contentStrip = MakeFrame(viewport, QStringLiteral("TabBarContentEx"));
+    // The strip draws nothing that depends on its width: when a tab is added at its
+    // far end, only what it gains needs painting, not every tab in view.
+    contentStrip->setAttribute(Qt::WA_StaticContents);
     InitArrowFrame();
     SetContentWidth();
 }
@@ -174,6 +177,9 @@ BrowserTabButtonBase *BrowserTabBarExPrivate::CreateButton(const TabDataPtr &tab
     QWidget *parent = buttons.size() < FixedCount() ? fixedArea : contentStrip;
     // Its inner widgets are made once a layout shows it (UpdateButtonForms()).
     auto *button = new BrowserTabButtonEx(tab, iconPath, loading, q, parent, BrowserTabButtonEx::FormMode::Deferred);
+    // Hidden until a layout places it. Qt repaints where a widget lies when it is
+    // lowered, hidden or not: it waits outside the strip, where that costs nothing.
+    button->move(-button->width(), 0);
     QObject::connect(button, &BrowserTabButtonEx::SigHoverChanged, q, &BrowserTabBarEx::SlotHoverChanged);
     QObject::connect(button, &BrowserTabButtonEx::SigIconClicked, q, &BrowserTabBarEx::SlotIconClicked);
     return button;
