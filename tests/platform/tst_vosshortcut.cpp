@@ -38,6 +38,23 @@ protected:
     }
 };
 
+// A top-level window whose widgets are placed by hand: a layout on a top-level window
+// makes the offscreen platform complain about size hints it cannot pass on.
+class PlacedWindow : public QWidget
+{
+public:
+    explicit PlacedWindow(const QSize &size) { resize(size); }
+
+    // Makes a W in parent (the window itself unless told) at geometry.
+    template <typename W>
+    W *place(const QRect &geometry, QWidget *parent = nullptr)
+    {
+        auto *widget = new W(parent ? parent : this);
+        widget->setGeometry(geometry);
+        return widget;
+    }
+};
+
 QList<Activation> Activations(const QSignalSpy &spy)
 {
     QList<Activation> result;
@@ -326,16 +343,10 @@ private Q_SLOTS:
         QFETCH(bool, onSibling);
         QFETCH(bool, onOtherWindow);
 
-        // Geometry by hand: a layout on a top-level window makes the offscreen
-        // platform complain about size hints it cannot pass on.
-        QWidget window;
-        window.resize(200, 200);
-        auto *widget = new KeyRecordingWidget(&window);
-        widget->setGeometry(0, 0, 200, 100);
-        auto *child = new KeyRecordingWidget(widget);
-        child->setGeometry(10, 10, 50, 50);
-        auto *sibling = new KeyRecordingWidget(&window);
-        sibling->setGeometry(0, 100, 200, 100);
+        PlacedWindow window(QSize(200, 200));
+        auto *widget = window.place<KeyRecordingWidget>(QRect(0, 0, 200, 100));
+        auto *child = window.place<KeyRecordingWidget>(QRect(10, 10, 50, 50), widget);
+        auto *sibling = window.place<KeyRecordingWidget>(QRect(0, 100, 200, 100));
         KeyRecordingWidget otherWindow;
         window.show();
         otherWindow.show();
@@ -380,10 +391,8 @@ private Q_SLOTS:
         QFETCH(uint, mask);
         QFETCH(bool, claimed);
 
-        QWidget window;
-        window.resize(300, 100);
-        auto *edit = new AddressBar(&window);
-        edit->setGeometry(0, 0, 300, 30);
+        PlacedWindow window(QSize(300, 100));
+        auto *edit = window.place<AddressBar>(QRect(0, 0, 300, 30));
         edit->setText(QStringLiteral("some address"));
         window.show();
         QApplication::setActiveWindow(&window);
