@@ -63,6 +63,24 @@ QList<Activation> Activations(const QSignalSpy &spy)
     return result;
 }
 
+// A shown widget that records the keys reaching it, a widget shortcut on it for the
+// given keys, and a spy on what the shortcut reports. The spy is connected to the
+// shortcut, so the shortcut always has a listener (one without any passes keys on).
+// Members go in the reverse order: the spy, then the shortcut, then the widget.
+struct ShortcutOnWidget
+{
+    explicit ShortcutOnWidget(const QList<Activation> &keys)
+    {
+        widget.show();
+        for (const Activation &key : keys)
+            shortcut.AddShortcut(key.first, key.second);
+    }
+
+    KeyRecordingWidget widget;
+    VosShortcut shortcut{&widget, Qt::WidgetShortcut};
+    QSignalSpy spy{&shortcut, &VosShortcut::SigActivated};
+};
+
 } // namespace
 
 class TstVosShortcut : public QObject
@@ -278,15 +296,10 @@ private Q_SLOTS:
         QFETCH(uint, keyCode);
         QFETCH(uint, mask);
 
-        KeyRecordingWidget widget;
-        widget.show();
-        VosShortcut shortcut(&widget, Qt::WidgetShortcut);
-        shortcut.AddShortcut(keyCode, mask);
-        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
-
-        QTest::keyClick(&widget, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-        QCOMPARE(Activations(spy), QList<Activation>{qMakePair(keyCode, mask)});
-        QVERIFY(widget.keys.isEmpty());
+        ShortcutOnWidget target({qMakePair(keyCode, mask)});
+        QTest::keyClick(&target.widget, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(Activations(target.spy), QList<Activation>{qMakePair(keyCode, mask)});
+        QVERIFY(target.widget.keys.isEmpty());
     }
 
     void otherPressesPassOn_data()
@@ -306,17 +319,10 @@ private Q_SLOTS:
         QFETCH(int, key);
         QFETCH(int, modifiers);
 
-        KeyRecordingWidget widget;
-        widget.show();
-        VosShortcut shortcut(&widget, Qt::WidgetShortcut);
-        shortcut.AddShortcut(0x54, 2);
-        shortcut.AddShortcut(0x63, 2);
-        shortcut.AddShortcut(0xBB, 2);
-        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
-
-        QTest::keyClick(&widget, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-        QCOMPARE(spy.count(), 0);
-        QCOMPARE(widget.keys, QList<int>{key});
+        ShortcutOnWidget target({{0x54, 2}, {0x63, 2}, {0xBB, 2}});
+        QTest::keyClick(&target.widget, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(target.spy.count(), 0);
+        QCOMPARE(target.widget.keys, QList<int>{key});
     }
 
     void contexts_data()
@@ -410,6 +416,7 @@ private Q_SLOTS:
     // Registered keys were consumed even when nothing acted on them.
     void keyWithoutCommandPassesOn()
     {
+        // Not a ShortcutOnWidget: its spy would be a listener.
         KeyRecordingWidget widget;
         widget.show();
         VosShortcut shortcut(&widget, Qt::WidgetShortcut);
@@ -497,16 +504,12 @@ private Q_SLOTS:
 
     void autoRepeatReportsAgain()
     {
-        KeyRecordingWidget widget;
-        widget.show();
-        VosShortcut shortcut(&widget, Qt::WidgetShortcut);
-        shortcut.AddShortcut(0x09, 2);
-        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
-        QTest::keyPress(&widget, Qt::Key_Tab, Qt::ControlModifier);
+        ShortcutOnWidget target({{0x09, 2}});
+        QTest::keyPress(&target.widget, Qt::Key_Tab, Qt::ControlModifier);
         QKeyEvent repeat(QEvent::KeyPress, Qt::Key_Tab, Qt::ControlModifier, QString(), true);
-        QApplication::sendEvent(&widget, &repeat);
-        QTest::keyRelease(&widget, Qt::Key_Tab, Qt::ControlModifier);
-        QCOMPARE(spy.count(), 2);
+        QApplication::sendEvent(&target.widget, &repeat);
+        QTest::keyRelease(&target.widget, Qt::Key_Tab, Qt::ControlModifier);
+        QCOMPARE(target.spy.count(), 2);
     }
 
     void destroyedWidgetStopsReports()
