@@ -59,6 +59,22 @@ public:
     int polishes = 0;
 };
 
+// Fills a bar 400 pixels wide with tabs too narrow to show their close buttons unless
+// checked or hovered.
+void AddNarrowTabs(TestBar &bar)
+{
+    for (int i = 0; i < 8; ++i)
+        bar.addTab(MakeTab(QStringLiteral("t%1").arg(i)));
+}
+
+// The pointer enters the button, presses it and leaves it: a drag has started.
+void PressAndLeave(BrowserTabButton *button)
+{
+    SendEnter(button);
+    button->SetPressed();
+    SendLeave(button);
+}
+
 QString WriteIcon(const QString &dir, const QString &name)
 {
     QImage image(16, 16, QImage::Format_ARGB32);
@@ -276,8 +292,7 @@ void TstBrowserTabButton::narrowTabShowsCloseWhileHovered()
 {
     TestBar bar;
     bar.resize(400, 36);
-    for (int i = 0; i < 8; ++i)
-        bar.addTab(MakeTab(QStringLiteral("t%1").arg(i)));
+    AddNarrowTabs(bar);
     bar.setCurrentIndex(0);
     QVERIFY(bar.ButtonWidth() <= bar.NoCloseButtonWidth());
     BrowserTabButton *button = ButtonAt(&bar, 2);
@@ -294,12 +309,9 @@ void TstBrowserTabButton::leaveDuringDragKeepsCloseButton()
 {
     TestBar bar;
     bar.resize(400, 36);
-    for (int i = 0; i < 8; ++i)
-        bar.addTab(MakeTab(QStringLiteral("t%1").arg(i)));
+    AddNarrowTabs(bar);
     BrowserTabButton *button = ButtonAt(&bar, 2);
-    SendEnter(button);
-    button->SetPressed();
-    SendLeave(button);
+    PressAndLeave(button);
     QVERIFY(!CloseButton(button)->isHidden());
     QCOMPARE(button->objectName(), QStringLiteral("TabButtonBack"));
 }
@@ -311,12 +323,9 @@ void TstBrowserTabButton::releaseOutsideReevaluatesCloseButton()
     bar.move(100, 100);
     bar.show();
     QVERIFY(QTest::qWaitForWindowExposed(&bar));
-    for (int i = 0; i < 8; ++i)
-        bar.addTab(MakeTab(QStringLiteral("t%1").arg(i)));
+    AddNarrowTabs(bar);
     BrowserTabButton *button = ButtonAt(&bar, 2);
-    SendEnter(button);
-    button->SetPressed();
-    SendLeave(button);
+    PressAndLeave(button);
     QVERIFY(!CloseButton(button)->isHidden());
 
     // Released over the button: nothing to re-evaluate yet.
