@@ -262,14 +262,7 @@ void TstBrowserTabBarAccessibility::namesAreFullTitles()
 
 void TstBrowserTabBarAccessibility::onlyTheCurrentTabIsSelected_data()
 {
-    QTest::addColumn<Kind>("bar");
-    QTest::addColumn<int>("current");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) {
-        QTest::addRow("%sfirst", prefix) << kind << 0;
-        QTest::addRow("%smiddle", prefix) << kind << 2;
-        QTest::addRow("%slast", prefix) << kind << 4;
-        QTest::addRow("%snone", prefix) << kind << -1;
-    });
+    BothBars::AddRowsPerBar<int>("current", {{"first", 0}, {"middle", 2}, {"last", 4}, {"none", -1}});
 }
 
 void TstBrowserTabBarAccessibility::onlyTheCurrentTabIsSelected()
@@ -413,12 +406,7 @@ void TstBrowserTabBarAccessibility::scrolledAwayTabsAreOffscreen()
 // neighbour would overlap it.
 void TstBrowserTabBarAccessibility::tabsThatFitAreOnScreen_data()
 {
-    QTest::addColumn<Kind>("bar");
-    QTest::addColumn<int>("tabs");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) {
-        QTest::addRow("%sone tab", prefix) << kind << 1;
-        QTest::addRow("%sfour tabs", prefix) << kind << 4;
-    });
+    BothBars::AddRowsPerBar<int>("tabs", {{"one tab", 1}, {"four tabs", 4}});
 }
 
 void TstBrowserTabBarAccessibility::tabsThatFitAreOnScreen()
