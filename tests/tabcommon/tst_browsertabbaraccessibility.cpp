@@ -147,6 +147,8 @@ private:
     bool ShowBar(Kind kind, int tabs, int width = 900);
     /** ShowBar() for the bar of the current row's "bar" column. */
     bool ShowRowBar(int tabs, int width = 900);
+    /** Qt's own tab bar as the control, as ShowBar() makes ours with five tabs. */
+    static bool ShowQTabBar(QTabBar &bar);
 
     // The bar under test, one per test function (and row); gone in cleanup().
     std::unique_ptr<BrowserTabBarBase> m_bar;
@@ -184,6 +186,15 @@ bool TstBrowserTabBarAccessibility::ShowRowBar(int tabs, int width)
 {
     QFETCH(Kind, bar);
     return ShowBar(bar, tabs, width);
+}
+
+bool TstBrowserTabBarAccessibility::ShowQTabBar(QTabBar &bar)
+{
+    for (int i = 0; i < 5; ++i)
+        bar.addTab(QStringLiteral("t%1").arg(i));
+    bar.resize(900, 40);
+    bar.show();
+    return QTest::qWaitForWindowExposed(&bar);
 }
 
 void TstBrowserTabBarAccessibility::barIsAPageTabListOfItsTabsInOrder_data()
@@ -232,11 +243,7 @@ void TstBrowserTabBarAccessibility::barIsAPageTabListOfItsTabsInOrder()
 void TstBrowserTabBarAccessibility::qtabbarIsAPageTabListOfItsTabsInOrder()
 {
     QTabBar bar;
-    for (int i = 0; i < 5; ++i)
-        bar.addTab(QStringLiteral("t%1").arg(i));
-    bar.resize(900, 40);
-    bar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    QVERIFY(ShowQTabBar(bar));
     QAccessibleInterface *list = Iface(&bar);
     QCOMPARE(list->role(), QAccessible::PageTabList);
     QCOMPARE(Names(PageTabs(list)), (QStringList{"t0", "t1", "t2", "t3", "t4"}));
@@ -553,11 +560,7 @@ void TstBrowserTabBarAccessibility::qtabbarAnnouncesTheSame()
     QFETCH(QAccessible::Event, type);
     QFETCH(QString, name);
     QTabBar bar;
-    for (int i = 0; i < 5; ++i)
-        bar.addTab(QStringLiteral("t%1").arg(i));
-    bar.resize(900, 40);
-    bar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    QVERIFY(ShowQTabBar(bar));
     g_events.clear();
     if (type == QAccessible::NameChanged)
         bar.setTabText(1, QStringLiteral("renamed"));
