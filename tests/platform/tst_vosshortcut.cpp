@@ -38,6 +38,23 @@ protected:
     }
 };
 
+// A top-level window whose widgets are placed by hand: a layout on a top-level window
+// makes the offscreen platform complain about size hints it cannot pass on.
+class PlacedWindow : public QWidget
+{
+public:
+    explicit PlacedWindow(const QSize &size) { resize(size); }
+
+    // Makes a W in parent (the window itself unless told) at geometry.
+    template <typename W>
+    W *place(const QRect &geometry, QWidget *parent = nullptr)
+    {
+        auto *widget = new W(parent ? parent : this);
+        widget->setGeometry(geometry);
+        return widget;
+    }
+};
+
 QList<Activation> Activations(const QSignalSpy &spy)
 {
     QList<Activation> result;
@@ -45,6 +62,24 @@ QList<Activation> Activations(const QSignalSpy &spy)
         result.append(qMakePair(args.at(0).toUInt(), args.at(1).toUInt()));
     return result;
 }
+
+// A shown widget that records the keys reaching it, a widget shortcut on it for the
+// given keys, and a spy on what the shortcut reports. The spy is connected to the
+// shortcut, so the shortcut always has a listener (one without any passes keys on).
+// Members go in the reverse order: the spy, then the shortcut, then the widget.
+struct ShortcutOnWidget
+{
+    explicit ShortcutOnWidget(const QList<Activation> &keys)
+    {
+        widget.show();
+        for (const Activation &key : keys)
+            shortcut.AddShortcut(key.first, key.second);
+    }
+
+    KeyRecordingWidget widget;
+    VosShortcut shortcut{&widget, Qt::WidgetShortcut};
+    QSignalSpy spy{&shortcut, &VosShortcut::SigActivated};
+};
 
 } // namespace
 
@@ -261,15 +296,10 @@ private Q_SLOTS:
         QFETCH(uint, keyCode);
         QFETCH(uint, mask);
 
-        KeyRecordingWidget widget;
-        widget.show();
-        VosShortcut shortcut(&widget, Qt::WidgetShortcut);
-        shortcut.AddShortcut(keyCode, mask);
-        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
-
-        QTest::keyClick(&widget, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-        QCOMPARE(Activations(spy), QList<Activation>{qMakePair(keyCode, mask)});
-        QVERIFY(widget.keys.isEmpty());
+        ShortcutOnWidget target({qMakePair(keyCode, mask)});
+        QTest::keyClick(&target.widget, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(Activations(target.spy), QList<Activation>{qMakePair(keyCode, mask)});
+        QVERIFY(target.widget.keys.isEmpty());
     }
 
     void otherPressesPassOn_data()
@@ -289,17 +319,10 @@ private Q_SLOTS:
         QFETCH(int, key);
         QFETCH(int, modifiers);
 
-        KeyRecordingWidget widget;
-        widget.show();
-        VosShortcut shortcut(&widget, Qt::WidgetShortcut);
-        shortcut.AddShortcut(0x54, 2);
-        shortcut.AddShortcut(0x63, 2);
-        shortcut.AddShortcut(0xBB, 2);
-        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
-
-        QTest::keyClick(&widget, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-        QCOMPARE(spy.count(), 0);
-        QCOMPARE(widget.keys, QList<int>{key});
+        ShortcutOnWidget target({{0x54, 2}, {0x63, 2}, {0xBB, 2}});
+        QTest::keyClick(&target.widget, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(target.spy.count(), 0);
+        QCOMPARE(target.widget.keys, QList<int>{key});
     }
 
     void contexts_data()
@@ -326,16 +349,10 @@ private Q_SLOTS:
         QFETCH(bool, onSibling);
         QFETCH(bool, onOtherWindow);
 
-        // Geometry by hand: a layout on a top-level window makes the offscreen
-        // platform complain about size hints it cannot pass on.
-        QWidget window;
-        window.resize(200, 200);
-        auto *widget = new KeyRecordingWidget(&window);
-        widget->setGeometry(0, 0, 200, 100);
-        auto *child = new KeyRecordingWidget(widget);
-        child->setGeometry(10, 10, 50, 50);
-        auto *sibling = new KeyRecordingWidget(&window);
-        sibling->setGeometry(0, 100, 200, 100);
+        PlacedWindow window(QSize(200, 200));
+        auto *widget = window.place<KeyRecordingWidget>(QRect(0, 0, 200, 100));
+        auto *child = window.place<KeyRecordingWidget>(QRect(10, 10, 50, 50), widget);
+        auto *sibling = window.place<KeyRecordingWidget>(QRect(0, 100, 200, 100));
         KeyRecordingWidget otherWindow;
         window.show();
         otherWindow.show();
@@ -380,10 +397,8 @@ private Q_SLOTS:
         QFETCH(uint, mask);
         QFETCH(bool, claimed);
 
-        QWidget window;
-        window.resize(300, 100);
-        auto *edit = new AddressBar(&window);
-        edit->setGeometry(0, 0, 300, 30);
+        PlacedWindow window(QSize(300, 100));
+        auto *edit = window.place<AddressBar>(QRect(0, 0, 300, 30));
         edit->setText(QStringLiteral("some address"));
         window.show();
         QApplication::setActiveWindow(&window);
@@ -401,6 +416,7 @@ private Q_SLOTS:
     // Registered keys were consumed even when nothing acted on them.
     void keyWithoutCommandPassesOn()
     {
+        // Not a ShortcutOnWidget: its spy would be a listener.
         KeyRecordingWidget widget;
         widget.show();
         VosShortcut shortcut(&widget, Qt::WidgetShortcut);
@@ -488,16 +504,12 @@ private Q_SLOTS:
 
     void autoRepeatReportsAgain()
     {
-        KeyRecordingWidget widget;
-        widget.show();
-        VosShortcut shortcut(&widget, Qt::WidgetShortcut);
-        shortcut.AddShortcut(0x09, 2);
-        QSignalSpy spy(&shortcut, &VosShortcut::SigActivated);
-        QTest::keyPress(&widget, Qt::Key_Tab, Qt::ControlModifier);
+        ShortcutOnWidget target({{0x09, 2}});
+        QTest::keyPress(&target.widget, Qt::Key_Tab, Qt::ControlModifier);
         QKeyEvent repeat(QEvent::KeyPress, Qt::Key_Tab, Qt::ControlModifier, QString(), true);
-        QApplication::sendEvent(&widget, &repeat);
-        QTest::keyRelease(&widget, Qt::Key_Tab, Qt::ControlModifier);
-        QCOMPARE(spy.count(), 2);
+        QApplication::sendEvent(&target.widget, &repeat);
+        QTest::keyRelease(&target.widget, Qt::Key_Tab, Qt::ControlModifier);
+        QCOMPARE(target.spy.count(), 2);
     }
 
     void destroyedWidgetStopsReports()

@@ -16,6 +16,8 @@
 #include <QtTest>
 
 #include <functional>
+#include <initializer_list>
+#include <utility>
 
 namespace BothBars {
 
@@ -73,6 +75,22 @@ inline void AddRowPerBar(const char *name)
 {
     QTest::addColumn<Kind>("bar");
     ForEachBar([name](const char *prefix, Kind kind) { QTest::addRow("%s%s", prefix, name) << kind; });
+}
+
+/**
+ * The whole _data() of a test that runs on each bar with one value more: a column
+ * "bar" and a column @p column, and for each bar one row per entry of @p rows (its
+ * name and value), named "classic: name" and "scrolling: name".
+ */
+template <typename T>
+inline void AddRowsPerBar(const char *column, std::initializer_list<std::pair<const char *, T>> rows)
+{
+    QTest::addColumn<Kind>("bar");
+    QTest::addColumn<T>(column);
+    ForEachBar([rows](const char *prefix, Kind kind) {
+        for (const auto &row : rows)
+            QTest::addRow("%s%s", prefix, row.first) << kind << row.second;
+    });
 }
 
 } // namespace BothBars

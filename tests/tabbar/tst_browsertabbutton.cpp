@@ -59,6 +59,22 @@ public:
     int polishes = 0;
 };
 
+// Fills a bar 400 pixels wide with tabs too narrow to show their close buttons unless
+// checked or hovered.
+void AddNarrowTabs(TestBar &bar)
+{
+    for (int i = 0; i < 8; ++i)
+        bar.addTab(MakeTab(QStringLiteral("t%1").arg(i)));
+}
+
+// The pointer enters the button, presses it and leaves it: a drag has started.
+void PressAndLeave(BrowserTabButton *button)
+{
+    SendEnter(button);
+    button->SetPressed();
+    SendLeave(button);
+}
+
 QString WriteIcon(const QString &dir, const QString &name)
 {
     QImage image(16, 16, QImage::Format_ARGB32);
@@ -67,6 +83,27 @@ QString WriteIcon(const QString &dir, const QString &name)
     image.save(path);
     return path;
 }
+
+// The bar of a TestButton. A base rather than a member, so that it is made before the
+// button, whose constructor takes it, and destroyed after it, as a bar outlives the
+// buttons it deletes.
+struct BarOfButton
+{
+    TestBar bar;
+};
+
+// A button on a bar of its own, placed in host as in a bar's strip, for the tests that
+// need one button and no tabs on the bar. Each test makes its own on the stack: the
+// button, then its bar, are gone when the test ends.
+class TestButton : public BarOfButton, public BrowserTabButton
+{
+public:
+    explicit TestButton(QWidget *host, TabDataPtr tab = MakeTab(QStringLiteral("Title")),
+                        const QString &iconPath = QString(), bool loading = false)
+        : BrowserTabButton(std::move(tab), iconPath, loading, &bar, host)
+    {
+    }
+};
 
 } // namespace
 
@@ -133,8 +170,7 @@ void TstBrowserTabButton::cleanup()
 
 void TstBrowserTabButton::buildsTheForm()
 {
-    TestBar bar;
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get());
     QCOMPARE(button.objectName(), QStringLiteral("TabButtonBack"));
     QCOMPARE(button.windowTitle(), QStringLiteral("BrowserTabButtonBase"));
     QCOMPARE(button.focusPolicy(), Qt::NoFocus);
@@ -160,9 +196,8 @@ void TstBrowserTabButton::buildsTheForm()
 
 void TstBrowserTabButton::newTabKeepsEmptyToolTipAndGetsNewTabName()
 {
-    TestBar bar;
     TabDataPtr tab = MakeTab(QString(), TabData::TabTypeNewTab);
-    BrowserTabButton button(tab, QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get(), tab);
     QCOMPARE(tab->GetTitle(), TabData::GetNewTabName());
     QCOMPARE(Title(&button)->text(), TabData::GetNewTabName());
     QVERIFY(button.toolTip().isEmpty());
@@ -170,8 +205,7 @@ void TstBrowserTabButton::newTabKeepsEmptyToolTipAndGetsNewTabName()
 
 void TstBrowserTabButton::nullRecordIsReplaced()
 {
-    TestBar bar;
-    BrowserTabButton button(TabDataPtr(), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get(), TabDataPtr());
     QVERIFY(button.GetTabData());
     QSignalSpy change(&button, &BrowserTabButton::SigChangeClicked);
     QTest::mouseClick(&button, Qt::LeftButton);
@@ -192,8 +226,7 @@ void TstBrowserTabButton::layoutPlacesChildren()
     QFETCH(int, width);
     QFETCH(int, height);
     KelTest::UseRowScale();
-    TestBar bar;
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get());
     button.SetChecked(true);
     button.setFixedSize(width, height);
     QFrame *content = Frame(&button, QStringLiteral("TabButtonContent"));
@@ -259,8 +292,7 @@ void TstBrowserTabButton::narrowTabShowsCloseWhileHovered()
 {
     TestBar bar;
     bar.resize(400, 36);
-    for (int i = 0; i < 8; ++i)
-        bar.addTab(MakeTab(QStringLiteral("t%1").arg(i)));
+    AddNarrowTabs(bar);
     bar.setCurrentIndex(0);
     QVERIFY(bar.ButtonWidth() <= bar.NoCloseButtonWidth());
     BrowserTabButton *button = ButtonAt(&bar, 2);
@@ -277,12 +309,9 @@ void TstBrowserTabButton::leaveDuringDragKeepsCloseButton()
 {
     TestBar bar;
     bar.resize(400, 36);
-    for (int i = 0; i < 8; ++i)
-        bar.addTab(MakeTab(QStringLiteral("t%1").arg(i)));
+    AddNarrowTabs(bar);
     BrowserTabButton *button = ButtonAt(&bar, 2);
-    SendEnter(button);
-    button->SetPressed();
-    SendLeave(button);
+    PressAndLeave(button);
     QVERIFY(!CloseButton(button)->isHidden());
     QCOMPARE(button->objectName(), QStringLiteral("TabButtonBack"));
 }
@@ -294,12 +323,9 @@ void TstBrowserTabButton::releaseOutsideReevaluatesCloseButton()
     bar.move(100, 100);
     bar.show();
     QVERIFY(QTest::qWaitForWindowExposed(&bar));
-    for (int i = 0; i < 8; ++i)
-        bar.addTab(MakeTab(QStringLiteral("t%1").arg(i)));
+    AddNarrowTabs(bar);
     BrowserTabButton *button = ButtonAt(&bar, 2);
-    SendEnter(button);
-    button->SetPressed();
-    SendLeave(button);
+    PressAndLeave(button);
     QVERIFY(!CloseButton(button)->isHidden());
 
     // Released over the button: nothing to re-evaluate yet.
@@ -316,8 +342,7 @@ void TstBrowserTabButton::releaseOutsideReevaluatesCloseButton()
 
 void TstBrowserTabButton::setCheckedDuringDragRestylesAtOnce()
 {
-    TestBar bar;
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get());
     button.SetPressed();
     button.SetChecked(true);
     QVERIFY(button.IsChecked());
@@ -328,8 +353,7 @@ void TstBrowserTabButton::setCheckedDuringDragRestylesAtOnce()
 
 void TstBrowserTabButton::styleNamesFollowCheckedThenHovered()
 {
-    TestBar bar;
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get());
     SendEnter(&button);
     QCOMPARE(button.objectName(), QStringLiteral("TabButtonBackHover"));
     button.SetChecked(true);
@@ -345,8 +369,7 @@ void TstBrowserTabButton::styleNamesFollowCheckedThenHovered()
 
 void TstBrowserTabButton::restylesChildrenEveryTime()
 {
-    TestBar bar;
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get());
     CountingStyle titleStyle;
     CountingStyle buttonStyle;
     Title(&button)->setStyle(&titleStyle);
@@ -364,8 +387,7 @@ void TstBrowserTabButton::restylesChildrenEveryTime()
 
 void TstBrowserTabButton::homePageShowsOnlyCentredFrame()
 {
-    TestBar bar;
-    BrowserTabButton button(MakeTab(QStringLiteral("Home"), TabData::TabTypeHomePage), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get(), MakeTab(QStringLiteral("Home"), TabData::TabTypeHomePage));
     button.setFixedSize(150, 32);
     QFrame *home = Frame(&button, QStringLiteral("TabButtonHomePage"));
     QVERIFY(!home->isHidden());
@@ -377,8 +399,7 @@ void TstBrowserTabButton::homePageShowsOnlyCentredFrame()
 
 void TstBrowserTabButton::homePageNeverEmitsButtonPressed()
 {
-    TestBar bar;
-    BrowserTabButton button(MakeTab(QStringLiteral("Home"), TabData::TabTypeHomePage), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get(), MakeTab(QStringLiteral("Home"), TabData::TabTypeHomePage));
     QSignalSpy change(&button, &BrowserTabButton::SigChangeClicked);
     QSignalSpy pressed(&button, &BrowserTabButton::SigButtonPressed);
     QTest::mousePress(&button, Qt::LeftButton);
@@ -389,9 +410,8 @@ void TstBrowserTabButton::homePageNeverEmitsButtonPressed()
 
 void TstBrowserTabButton::leftPressEmitsChangeThenPressed()
 {
-    TestBar bar;
     TabDataPtr tab = MakeTab(QStringLiteral("Title"));
-    BrowserTabButton button(tab, QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get(), tab);
     QStringList order;
     connect(&button, &BrowserTabButton::SigChangeClicked, this, [&order] { order << QStringLiteral("change"); });
     connect(&button, &BrowserTabButton::SigButtonPressed, this, [&order] { order << QStringLiteral("pressed"); });
@@ -404,8 +424,7 @@ void TstBrowserTabButton::leftPressEmitsChangeThenPressed()
 
 void TstBrowserTabButton::rightPressEmitsMenuUnlessPressed()
 {
-    TestBar bar;
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get());
     QSignalSpy menu(&button, &BrowserTabButton::SigMenuClicked);
     QSignalSpy change(&button, &BrowserTabButton::SigChangeClicked);
     QTest::mousePress(&button, Qt::RightButton);
@@ -420,8 +439,7 @@ void TstBrowserTabButton::rightPressEmitsMenuUnlessPressed()
 
 void TstBrowserTabButton::iconClicksAreNeverReported()
 {
-    TestBar bar;
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get());
     button.setFixedSize(164, 32);
     m_host->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_host.get()));
@@ -439,9 +457,8 @@ void TstBrowserTabButton::iconClicksAreNeverReported()
 
 void TstBrowserTabButton::closeClickEmitsCloseWithoutActivating()
 {
-    TestBar bar;
     TabDataPtr tab = MakeTab(QStringLiteral("Title"));
-    BrowserTabButton button(tab, QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get(), tab);
     button.SetChecked(true);
     QSignalSpy close(&button, &BrowserTabButton::SigCloseClicked);
     QSignalSpy change(&button, &BrowserTabButton::SigChangeClicked);
@@ -461,9 +478,9 @@ void TstBrowserTabButton::doubleClickClosesWhenBarSaysSo_data()
 void TstBrowserTabButton::doubleClickClosesWhenBarSaysSo()
 {
     QFETCH(bool, doubleClose);
-    TestBar bar;
-    bar.doubleClose = doubleClose;
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get());
+    // Asked at the double click, not when the button is made.
+    button.bar.doubleClose = doubleClose;
     QSignalSpy close(&button, &BrowserTabButton::SigCloseClicked);
     QTest::mouseDClick(&button, Qt::LeftButton);
     QCOMPARE(close.count(), doubleClose ? 1 : 0);
@@ -471,9 +488,8 @@ void TstBrowserTabButton::doubleClickClosesWhenBarSaysSo()
 
 void TstBrowserTabButton::setTitleIgnoresEmptyAndEscapesToolTip()
 {
-    TestBar bar;
     TabDataPtr tab = MakeTab(QStringLiteral("Old"));
-    BrowserTabButton button(tab, QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get(), tab);
     button.SetTitle(QString());
     QCOMPARE(tab->GetTitle(), QStringLiteral("Old"));
     button.SetTitle(QStringLiteral("<b>A & B</b>"));
@@ -484,10 +500,9 @@ void TstBrowserTabButton::setTitleIgnoresEmptyAndEscapesToolTip()
 
 void TstBrowserTabButton::setIconUrlLeavesRecordIconUrl()
 {
-    TestBar bar;
     TabDataPtr tab = MakeTab(QStringLiteral("Title"));
     tab->SetIconUrl(QStringLiteral("unsupported://icons/old.ico"));
-    BrowserTabButton button(tab, QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get(), tab);
     button.SetIconUrl(QStringLiteral("unsupported://icons/new.ico"));
     QCOMPARE(button.GetRequestedIconUrl(), QStringLiteral("unsupported://icons/new.ico"));
     QCOMPARE(tab->GetIconUrl(), QStringLiteral("unsupported://icons/old.ico"));
@@ -495,9 +510,8 @@ void TstBrowserTabButton::setIconUrlLeavesRecordIconUrl()
 
 void TstBrowserTabButton::iconDownloadShowsIcon()
 {
-    TestBar bar;
     const QString file = WriteIcon(m_env->Path(), QStringLiteral("icon.png"));
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get());
     button.SetIconUrl(file);
     QTRY_COMPARE(button.GetIconPath(), file);
     QCOMPARE(IconButton(&button)->objectName(), QStringLiteral("TabButtonIconCustom"));
@@ -511,10 +525,9 @@ void TstBrowserTabButton::iconDownloadShowsIcon()
 
 void TstBrowserTabButton::staleIconAnswerIsIgnored()
 {
-    TestBar bar;
     const QString file = WriteIcon(m_env->Path(), QStringLiteral("icon.png"));
     // A web tab asks for its icon file at once ...
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), file, false, &bar, m_host.get());
+    TestButton button(m_host.get(), MakeTab(QStringLiteral("Title")), file);
     QCOMPARE(button.GetRequestedIconUrl(), file);
     // ... and navigates before the answer comes: only the last request counts.
     button.SetIconUrl(QStringLiteral("unsupported://icons/none.ico"));
@@ -525,9 +538,8 @@ void TstBrowserTabButton::staleIconAnswerIsIgnored()
 
 void TstBrowserTabButton::successWithMissingFileKeepsIcon()
 {
-    TestBar bar;
     const QString file = WriteIcon(m_env->Path(), QStringLiteral("icon.png"));
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), file, false, &bar, m_host.get());
+    TestButton button(m_host.get(), MakeTab(QStringLiteral("Title")), file);
     QTRY_COMPARE(button.GetIconPath(), file);
     button.SetIconUrl(QStringLiteral("unsupported://icons/a.ico"));
     QVERIFY(QMetaObject::invokeMethod(&button, "SlotRequestImageFinished", Q_ARG(bool, true),
@@ -549,8 +561,7 @@ void TstBrowserTabButton::pluginTabAsksBarForIcon()
 
 void TstBrowserTabButton::loadStartAndFinishedSwitchIcon()
 {
-    TestBar bar;
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), true, &bar, m_host.get());
+    TestButton button(m_host.get(), MakeTab(QStringLiteral("Title")), QString(), true);
     QVERIFY(button.IsLoading());
     QVERIFY(Loading(&button)->IsAnimating());
     QVERIFY(!Loading(&button)->isHidden());
@@ -570,13 +581,12 @@ void TstBrowserTabButton::loadStartAndFinishedSwitchIcon()
 
 void TstBrowserTabButton::paintsTheBarsBackground()
 {
-    TestBar bar;
-    BrowserTabButton button(MakeTab(QStringLiteral("Title")), QString(), false, &bar, m_host.get());
+    TestButton button(m_host.get());
     button.setFixedSize(164, 32);
     button.SetChecked(true);
-    const int before = bar.ButtonBgBuildCount();
+    const int before = button.bar.ButtonBgBuildCount();
     const QImage image = button.grab().toImage();
-    QCOMPARE(bar.ButtonBgBuildCount() - before, 3);
+    QCOMPARE(button.bar.ButtonBgBuildCount() - before, 3);
     QCOMPARE(image.pixelColor(82, 28).name(), QStringLiteral("#ffffff"));
 }
 

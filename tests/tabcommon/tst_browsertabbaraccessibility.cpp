@@ -139,9 +139,19 @@ private Q_SLOTS:
     void qtabbarAnnouncesTheSame();
 
 private:
-    std::unique_ptr<BrowserTabBarBase> MakeBar(Kind kind, int tabs, int width = 900);
-    /** MakeBar() for the bar of the current row's "bar" column. */
-    std::unique_ptr<BrowserTabBarBase> MakeRowBar(int tabs, int width = 900);
+    /**
+     * Makes m_bar, a bar of @p kind with @p tabs web tabs, shown at @p width; false
+     * when the window system does not expose it. The test checks the result, so that
+     * it stops there: QVERIFY(ShowBar(...)).
+     */
+    bool ShowBar(Kind kind, int tabs, int width = 900);
+    /** ShowBar() for the bar of the current row's "bar" column. */
+    bool ShowRowBar(int tabs, int width = 900);
+    /** Qt's own tab bar as the control, as ShowBar() makes ours with five tabs. */
+    static bool ShowQTabBar(QTabBar &bar);
+
+    // The bar under test, one per test function (and row); gone in cleanup().
+    std::unique_ptr<BrowserTabBarBase> m_bar;
 };
 
 void TstBrowserTabBarAccessibility::initTestCase()
@@ -158,25 +168,33 @@ void TstBrowserTabBarAccessibility::init()
 
 void TstBrowserTabBarAccessibility::cleanup()
 {
+    m_bar.reset();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     g_events.clear();
 }
 
-std::unique_ptr<BrowserTabBarBase> TstBrowserTabBarAccessibility::MakeBar(Kind kind, int tabs, int width)
+bool TstBrowserTabBarAccessibility::ShowBar(Kind kind, int tabs, int width)
 {
-    std::unique_ptr<BrowserTabBarBase> bar(BothBars::Make(kind));
-    bar->resize(width, 40);
-    BothBars::Fill(*bar, tabs);
-    bar->show();
-    if (!QTest::qWaitForWindowExposed(bar.get()))
-        return nullptr;
-    return bar;
+    m_bar.reset(BothBars::Make(kind));
+    m_bar->resize(width, 40);
+    BothBars::Fill(*m_bar, tabs);
+    m_bar->show();
+    return QTest::qWaitForWindowExposed(m_bar.get());
 }
 
-std::unique_ptr<BrowserTabBarBase> TstBrowserTabBarAccessibility::MakeRowBar(int tabs, int width)
+bool TstBrowserTabBarAccessibility::ShowRowBar(int tabs, int width)
 {
     QFETCH(Kind, bar);
-    return MakeBar(bar, tabs, width);
+    return ShowBar(bar, tabs, width);
+}
+
+bool TstBrowserTabBarAccessibility::ShowQTabBar(QTabBar &bar)
+{
+    for (int i = 0; i < 5; ++i)
+        bar.addTab(QStringLiteral("t%1").arg(i));
+    bar.resize(900, 40);
+    bar.show();
+    return QTest::qWaitForWindowExposed(&bar);
 }
 
 void TstBrowserTabBarAccessibility::barIsAPageTabListOfItsTabsInOrder_data()
@@ -188,26 +206,24 @@ void TstBrowserTabBarAccessibility::barIsAPageTabListOfItsTabsInOrder_data()
 // parent: the frames that hold them inside the bar stay out of the way.
 void TstBrowserTabBarAccessibility::barIsAPageTabListOfItsTabsInOrder()
 {
-    QFETCH(Kind, bar);
-    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 5);
-    QVERIFY(b);
-    QAccessibleInterface *list = Iface(b.get());
+    QVERIFY(ShowRowBar(5));
+    QAccessibleInterface *list = Iface(m_bar.get());
     QVERIFY(list);
     QCOMPARE(list->role(), QAccessible::PageTabList);
     // Named for the focus entering it; a host's own name wins.
     QCOMPARE(list->text(QAccessible::Name), QStringLiteral("Tabs"));
-    b->setAccessibleName(QStringLiteral("Pages of this window"));
+    m_bar->setAccessibleName(QStringLiteral("Pages of this window"));
     QCOMPARE(list->text(QAccessible::Name), QStringLiteral("Pages of this window"));
     const QList<QAccessibleInterface *> tabs = PageTabs(list);
-    QCOMPARE(Names(tabs), BothBars::Titles(*b));
-    for (int i = 0; i < b->count(); ++i) {
+    QCOMPARE(Names(tabs), BothBars::Titles(*m_bar));
+    for (int i = 0; i < m_bar->count(); ++i) {
         QAccessibleInterface *tab = list->child(i);
-        QCOMPARE(tab->object(), static_cast<QObject *>(b->TabButton(i)));
+        QCOMPARE(tab->object(), static_cast<QObject *>(m_bar->TabButton(i)));
         QCOMPARE(tab->parent(), list);
         QCOMPARE(list->indexOfChild(tab), i);
     }
     // After the tabs, the bar's own buttons, each at its own index; nothing past them.
-    for (int i = b->count(); i < list->childCount(); ++i) {
+    for (int i = m_bar->count(); i < list->childCount(); ++i) {
         QAccessibleInterface *control = list->child(i);
         QVERIFY(control);
         QCOMPARE(control->role(), QAccessible::Button);
@@ -216,22 +232,18 @@ void TstBrowserTabBarAccessibility::barIsAPageTabListOfItsTabsInOrder()
     QVERIFY(!list->child(list->childCount()));
     QVERIFY(!list->child(-1));
     QCOMPARE(list->indexOfChild(nullptr), -1);
-    QCOMPARE(list->indexOfChild(Iface(b->TabButton(0)->window())), -1);
+    QCOMPARE(list->indexOfChild(Iface(m_bar->TabButton(0)->window())), -1);
     // A move shows in the order at once.
-    b->moveTab(0, 3);
+    m_bar->moveTab(0, 3);
     QCOMPARE(Names(PageTabs(list)), (QStringList{"t1", "t2", "t3", "t0", "t4"}));
-    b->removeTab(1);
+    m_bar->removeTab(1);
     QCOMPARE(Names(PageTabs(list)), (QStringList{"t1", "t3", "t0", "t4"}));
 }
 
 void TstBrowserTabBarAccessibility::qtabbarIsAPageTabListOfItsTabsInOrder()
 {
     QTabBar bar;
-    for (int i = 0; i < 5; ++i)
-        bar.addTab(QStringLiteral("t%1").arg(i));
-    bar.resize(900, 40);
-    bar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    QVERIFY(ShowQTabBar(bar));
     QAccessibleInterface *list = Iface(&bar);
     QCOMPARE(list->role(), QAccessible::PageTabList);
     QCOMPARE(Names(PageTabs(list)), (QStringList{"t0", "t1", "t2", "t3", "t4"}));
@@ -247,37 +259,27 @@ void TstBrowserTabBarAccessibility::namesAreFullTitles_data()
 // The label cuts or elides a long title; the name is the whole of it.
 void TstBrowserTabBarAccessibility::namesAreFullTitles()
 {
-    std::unique_ptr<BrowserTabBarBase> b = MakeRowBar(6, 500);
-    QVERIFY(b);
+    QVERIFY(ShowRowBar(6, 500));
     const QString title = QStringLiteral("Welcome to the example site of a very long title indeed");
-    b->setTabText(2, title);
-    QAccessibleInterface *tab = Iface(b.get())->child(2);
+    m_bar->setTabText(2, title);
+    QAccessibleInterface *tab = Iface(m_bar.get())->child(2);
     QCOMPARE(tab->text(QAccessible::Name), title);
-    QVERIFY(b->tabRect(2).width() < b->fontMetrics().horizontalAdvance(title));
+    QVERIFY(m_bar->tabRect(2).width() < m_bar->fontMetrics().horizontalAdvance(title));
 }
 
 void TstBrowserTabBarAccessibility::onlyTheCurrentTabIsSelected_data()
 {
-    QTest::addColumn<Kind>("bar");
-    QTest::addColumn<int>("current");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) {
-        QTest::addRow("%sfirst", prefix) << kind << 0;
-        QTest::addRow("%smiddle", prefix) << kind << 2;
-        QTest::addRow("%slast", prefix) << kind << 4;
-        QTest::addRow("%snone", prefix) << kind << -1;
-    });
+    BothBars::AddRowsPerBar<int>("current", {{"first", 0}, {"middle", 2}, {"last", 4}, {"none", -1}});
 }
 
 void TstBrowserTabBarAccessibility::onlyTheCurrentTabIsSelected()
 {
-    QFETCH(Kind, bar);
     QFETCH(int, current);
-    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 5);
-    QVERIFY(b);
-    b->setCurrentIndex(current == 1 ? 0 : 1);
-    b->setCurrentIndex(current);
-    QAccessibleInterface *list = Iface(b.get());
-    for (int i = 0; i < b->count(); ++i) {
+    QVERIFY(ShowRowBar(5));
+    m_bar->setCurrentIndex(current == 1 ? 0 : 1);
+    m_bar->setCurrentIndex(current);
+    QAccessibleInterface *list = Iface(m_bar.get());
+    for (int i = 0; i < m_bar->count(); ++i) {
         const QAccessible::State state = list->child(i)->state();
         QCOMPARE(bool(state.selected), i == current);
         QVERIFY(state.selectable);
@@ -292,20 +294,19 @@ void TstBrowserTabBarAccessibility::pressActionMakesTheTabCurrent_data()
 
 void TstBrowserTabBarAccessibility::pressActionMakesTheTabCurrent()
 {
-    std::unique_ptr<BrowserTabBarBase> b = MakeRowBar(5);
-    QVERIFY(b);
-    b->setCurrentIndex(0);
-    QSignalSpy current(b.get(), &BrowserTabBarBase::currentChanged);
-    QAccessibleInterface *tab = Iface(b.get())->child(3);
+    QVERIFY(ShowRowBar(5));
+    m_bar->setCurrentIndex(0);
+    QSignalSpy current(m_bar.get(), &BrowserTabBarBase::currentChanged);
+    QAccessibleInterface *tab = Iface(m_bar.get())->child(3);
     QAccessibleActionInterface *action = tab->actionInterface();
     QVERIFY(action);
     QVERIFY(action->actionNames().contains(QAccessibleActionInterface::pressAction()));
     action->doAction(QAccessibleActionInterface::pressAction());
-    QCOMPARE(b->currentIndex(), 3);
+    QCOMPARE(m_bar->currentIndex(), 3);
     QCOMPARE(current.count(), 1);
     QCOMPARE(current.at(0).at(0).toInt(), 3);
     QVERIFY(tab->state().selected);
-    QVERIFY(!Iface(b.get())->child(0)->state().selected);
+    QVERIFY(!Iface(m_bar.get())->child(0)->state().selected);
 }
 
 void TstBrowserTabBarAccessibility::rectIsTheTabOnScreen_data()
@@ -315,12 +316,11 @@ void TstBrowserTabBarAccessibility::rectIsTheTabOnScreen_data()
 
 void TstBrowserTabBarAccessibility::rectIsTheTabOnScreen()
 {
-    std::unique_ptr<BrowserTabBarBase> b = MakeRowBar(4);
-    QVERIFY(b);
-    b->move(37, 21);
-    QAccessibleInterface *list = Iface(b.get());
-    for (int i = 0; i < b->count(); ++i) {
-        const QRect expected(b->mapToGlobal(b->tabRect(i).topLeft()), b->tabRect(i).size());
+    QVERIFY(ShowRowBar(4));
+    m_bar->move(37, 21);
+    QAccessibleInterface *list = Iface(m_bar.get());
+    for (int i = 0; i < m_bar->count(); ++i) {
+        const QRect expected(m_bar->mapToGlobal(m_bar->tabRect(i).topLeft()), m_bar->tabRect(i).size());
         QCOMPARE(list->child(i)->rect(), expected);
         QCOMPARE(list->childAt(expected.center().x(), expected.center().y()) == list->child(i) ||
                      list->childAt(expected.center().x(), expected.center().y())->parent() == list->child(i),
@@ -335,22 +335,21 @@ void TstBrowserTabBarAccessibility::closeButtonIsANamedButtonThatCloses_data()
 
 void TstBrowserTabBarAccessibility::closeButtonIsANamedButtonThatCloses()
 {
-    std::unique_ptr<BrowserTabBarBase> b = MakeRowBar(3);
-    QVERIFY(b);
-    b->setCurrentIndex(1);
-    QAccessibleInterface *tab = Iface(b.get())->child(1);
+    QVERIFY(ShowRowBar(3));
+    m_bar->setCurrentIndex(1);
+    QAccessibleInterface *tab = Iface(m_bar.get())->child(1);
     QCOMPARE(tab->childCount(), 1);
     QAccessibleInterface *close = tab->child(0);
     QCOMPARE(close->role(), QAccessible::Button);
     QCOMPARE(close->text(QAccessible::Name), QStringLiteral("Close tab t1"));
     QCOMPARE(close->parent(), tab);
-    QCOMPARE(close->object(), static_cast<QObject *>(CloseButtonOf(b->TabButton(1))));
+    QCOMPARE(close->object(), static_cast<QObject *>(CloseButtonOf(m_bar->TabButton(1))));
     QCOMPARE(bool(close->state().disabled), false);
     // Renamed with its tab.
-    b->setTabText(1, QStringLiteral("Renamed"));
+    m_bar->setTabText(1, QStringLiteral("Renamed"));
     QCOMPARE(close->text(QAccessible::Name), QStringLiteral("Close tab Renamed"));
     QVERIFY(HasEvent(QAccessible::NameChanged, QAccessible::Button, QStringLiteral("Close tab Renamed")));
-    QSignalSpy closeRequested(b.get(), &BrowserTabBarBase::tabCloseRequested);
+    QSignalSpy closeRequested(m_bar.get(), &BrowserTabBarBase::tabCloseRequested);
     close->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QCOMPARE(closeRequested.count(), 1);
     QCOMPARE(closeRequested.at(0).at(0).toInt(), 1);
@@ -370,10 +369,9 @@ void TstBrowserTabBarAccessibility::stripButtonsAreNamedWithTheirState()
 {
     QFETCH(Kind, bar);
     QFETCH(QStringList, names);
-    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 30, 600);
-    QVERIFY(b);
-    QAccessibleInterface *list = Iface(b.get());
-    QCOMPARE(list->childCount(), b->count() + names.size());
+    QVERIFY(ShowRowBar(30, 600));
+    QAccessibleInterface *list = Iface(m_bar.get());
+    QCOMPARE(list->childCount(), m_bar->count() + names.size());
     for (const QString &name : qAsConst(names)) {
         QAccessibleInterface *button = ButtonNamed(list, name);
         QVERIFY2(button, qPrintable(name));
@@ -386,7 +384,7 @@ void TstBrowserTabBarAccessibility::stripButtonsAreNamedWithTheirState()
         widget->setEnabled(!widget->isEnabled());
     }
     if (bar == Kind::Classic) {
-        QSignalSpy add(b.get(), &BrowserTabBarBase::SigAddNewTab);
+        QSignalSpy add(m_bar.get(), &BrowserTabBarBase::SigAddNewTab);
         ButtonNamed(list, names.first())->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         QCOMPARE(add.count(), 1);
     }
@@ -396,11 +394,10 @@ void TstBrowserTabBarAccessibility::stripButtonsAreNamedWithTheirState()
 // they are not.
 void TstBrowserTabBarAccessibility::scrolledAwayTabsAreOffscreen()
 {
-    std::unique_ptr<BrowserTabBarBase> b = MakeBar(Kind::Scrolling, 30, 600);
-    QVERIFY(b);
-    auto *ex = static_cast<BrowserTabBarEx *>(b.get());
-    QAccessibleInterface *list = Iface(b.get());
-    const int last = b->count() - 1;
+    QVERIFY(ShowBar(Kind::Scrolling, 30, 600));
+    auto *ex = static_cast<BrowserTabBarEx *>(m_bar.get());
+    QAccessibleInterface *list = Iface(m_bar.get());
+    const int last = m_bar->count() - 1;
     ex->showIndex(0);
     QTRY_VERIFY(!list->child(0)->state().invisible);
     QVERIFY(list->child(last)->state().invisible);
@@ -416,22 +413,15 @@ void TstBrowserTabBarAccessibility::scrolledAwayTabsAreOffscreen()
 // neighbour would overlap it.
 void TstBrowserTabBarAccessibility::tabsThatFitAreOnScreen_data()
 {
-    QTest::addColumn<Kind>("bar");
-    QTest::addColumn<int>("tabs");
-    BothBars::ForEachBar([](const char *prefix, Kind kind) {
-        QTest::addRow("%sone tab", prefix) << kind << 1;
-        QTest::addRow("%sfour tabs", prefix) << kind << 4;
-    });
+    BothBars::AddRowsPerBar<int>("tabs", {{"one tab", 1}, {"four tabs", 4}});
 }
 
 void TstBrowserTabBarAccessibility::tabsThatFitAreOnScreen()
 {
-    QFETCH(Kind, bar);
     QFETCH(int, tabs);
-    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, tabs);
-    QVERIFY(b);
-    QAccessibleInterface *list = Iface(b.get());
-    for (int i = 0; i < b->count(); ++i) {
+    QVERIFY(ShowRowBar(tabs));
+    QAccessibleInterface *list = Iface(m_bar.get());
+    for (int i = 0; i < m_bar->count(); ++i) {
         const QAccessible::State state = list->child(i)->state();
         QVERIFY2(!state.invisible && !state.offscreen, qPrintable(QStringLiteral("tab %1").arg(i)));
     }
@@ -442,15 +432,14 @@ void TstBrowserTabBarAccessibility::tabsThatFitAreOnScreen()
 // invisible as well.
 void TstBrowserTabBarAccessibility::classicTabsCutOffAreOffscreen()
 {
-    std::unique_ptr<BrowserTabBarBase> b = MakeBar(Kind::Classic, 30, 600);
-    QVERIFY(b);
-    QAccessibleInterface *list = Iface(b.get());
-    const int edge = b->TabButton(b->count() - 1)->parentWidget()->width();
+    QVERIFY(ShowBar(Kind::Classic, 30, 600));
+    QAccessibleInterface *list = Iface(m_bar.get());
+    const int edge = m_bar->TabButton(m_bar->count() - 1)->parentWidget()->width();
     int whole = 0;
     int cut = 0;
     int gone = 0;
-    for (int i = 0; i < b->count(); ++i) {
-        const QRect tab = b->TabButton(i)->geometry();
+    for (int i = 0; i < m_bar->count(); ++i) {
+        const QRect tab = m_bar->TabButton(i)->geometry();
         const QAccessible::State state = list->child(i)->state();
         if (tab.right() - 2 < edge) {
             QVERIFY2(!state.offscreen && !state.invisible, qPrintable(QStringLiteral("tab %1").arg(i)));
@@ -473,15 +462,14 @@ void TstBrowserTabBarAccessibility::classicTabsCutOffAreOffscreen()
 // tab is current, where it would lie, and closing the tab when pressed.
 void TstBrowserTabBarAccessibility::classicTabsPastTheEndKeepTheirCloseButton()
 {
-    std::unique_ptr<BrowserTabBarBase> b = MakeBar(Kind::Classic, 30, 600);
-    QVERIFY(b);
-    const int far = b->count() - 1;
+    QVERIFY(ShowBar(Kind::Classic, 30, 600));
+    const int far = m_bar->count() - 1;
     const int near = 2;
-    QVERIFY(!CloseButtonOf(b->TabButton(far)));
-    QVERIFY(CloseButtonOf(b->TabButton(near)));
-    QCOMPARE(b->TabButton(far)->width(), b->TabButton(near)->width());
+    QVERIFY(!CloseButtonOf(m_bar->TabButton(far)));
+    QVERIFY(CloseButtonOf(m_bar->TabButton(near)));
+    QCOMPARE(m_bar->TabButton(far)->width(), m_bar->TabButton(near)->width());
 
-    QAccessibleInterface *tab = Iface(b.get())->child(far);
+    QAccessibleInterface *tab = Iface(m_bar.get())->child(far);
     QCOMPARE(tab->childCount(), 1);
     QAccessibleInterface *close = tab->child(0);
     QVERIFY(close);
@@ -491,21 +479,21 @@ void TstBrowserTabBarAccessibility::classicTabsPastTheEndKeepTheirCloseButton()
     QCOMPARE(close->role(), QAccessible::Button);
     QCOMPARE(close->text(QAccessible::Name), QStringLiteral("Close tab t%1").arg(far));
     // As the close buttons of the narrow tabs in view: hidden, without a rectangle.
-    QAccessibleInterface *nearClose = Iface(b.get())->child(near)->child(0);
+    QAccessibleInterface *nearClose = Iface(m_bar.get())->child(near)->child(0);
     QVERIFY(nearClose->state().invisible);
     QVERIFY(close->state().invisible);
     QCOMPARE(close->rect(), nearClose->rect());
     // The current tab shows its close button, where it shows on a current tab in view.
-    b->setCurrentIndex(near);
+    m_bar->setCurrentIndex(near);
     QVERIFY(!nearClose->state().invisible);
-    const QPoint nearOffset = nearClose->rect().topLeft() - b->TabButton(near)->mapToGlobal(QPoint(0, 0));
+    const QPoint nearOffset = nearClose->rect().topLeft() - m_bar->TabButton(near)->mapToGlobal(QPoint(0, 0));
     const QSize nearSize = nearClose->rect().size();
-    b->setCurrentIndex(far);
+    m_bar->setCurrentIndex(far);
     QVERIFY(!tab->child(0)->state().invisible);
-    QCOMPARE(tab->child(0)->rect().topLeft() - b->TabButton(far)->mapToGlobal(QPoint(0, 0)), nearOffset);
+    QCOMPARE(tab->child(0)->rect().topLeft() - m_bar->TabButton(far)->mapToGlobal(QPoint(0, 0)), nearOffset);
     QCOMPARE(tab->child(0)->rect().size(), nearSize);
 
-    QSignalSpy closeRequested(b.get(), &BrowserTabBarBase::tabCloseRequested);
+    QSignalSpy closeRequested(m_bar.get(), &BrowserTabBarBase::tabCloseRequested);
     tab->child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QCOMPARE(closeRequested.count(), 1);
     QCOMPARE(closeRequested.at(0).at(0).toInt(), far);
@@ -545,19 +533,17 @@ void TstBrowserTabBarAccessibility::changesAreAnnounced_data()
 
 void TstBrowserTabBarAccessibility::changesAreAnnounced()
 {
-    QFETCH(Kind, bar);
     QFETCH(Change, change);
     QFETCH(QAccessible::Event, type);
     QFETCH(QAccessible::Role, role);
     QFETCH(QString, name);
-    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 5);
-    QVERIFY(b);
-    b->setCurrentIndex(0);
+    QVERIFY(ShowRowBar(5));
+    m_bar->setCurrentIndex(0);
     g_events.clear();
-    change(*b);
+    change(*m_bar);
     QVERIFY2(HasEvent(type, role, name), qPrintable(Dump()));
     // A client that reads the tree again finds it matches the bar.
-    QCOMPARE(Names(PageTabs(Iface(b.get()))), BothBars::Titles(*b));
+    QCOMPARE(Names(PageTabs(Iface(m_bar.get()))), BothBars::Titles(*m_bar));
 }
 
 void TstBrowserTabBarAccessibility::qtabbarAnnouncesTheSame_data()
@@ -574,11 +560,7 @@ void TstBrowserTabBarAccessibility::qtabbarAnnouncesTheSame()
     QFETCH(QAccessible::Event, type);
     QFETCH(QString, name);
     QTabBar bar;
-    for (int i = 0; i < 5; ++i)
-        bar.addTab(QStringLiteral("t%1").arg(i));
-    bar.resize(900, 40);
-    bar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    QVERIFY(ShowQTabBar(bar));
     g_events.clear();
     if (type == QAccessible::NameChanged)
         bar.setTabText(1, QStringLiteral("renamed"));
