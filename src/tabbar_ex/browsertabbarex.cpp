@@ -180,6 +180,7 @@ BrowserTabButtonBase *BrowserTabBarExPrivate::CreateButton(const TabDataPtr &tab
     // Hidden until a layout places it. Qt repaints where a widget lies when it is
     // lowered, hidden or not: it waits outside the strip, where that costs nothing.
     button->move(-button->width(), 0);
+    unsized.append(button);
     QObject::connect(button, &BrowserTabButtonEx::SigHoverChanged, q, &BrowserTabBarEx::SlotHoverChanged);
     QObject::connect(button, &BrowserTabButtonEx::SigIconClicked, q, &BrowserTabBarEx::SlotIconClicked);
     return button;
@@ -376,38 +377,65 @@ void BrowserTabBarExPrivate::ResizeButtons()
 
     // The tabs before `from` have the widths and places this layout would give them:
     // the widths are those of the last layout, and nothing before `from` has moved.
+    // With the widths unchanged, only new tabs and those whose width goes with being
+    // current need sizing; the others at most move.
     int from = fixedCount;
     const bool sameWidths = placed.buttonWidth == buttonWidth && placed.currentWidth == currentButtonWidth &&
                             placed.height == height && placed.top == top;
-    if (sameWidths && IsOrdered()) {
+    const bool incremental = sameWidths && IsOrdered();
+    if (incremental) {
         from = qMax(from, placeFrom);
         if (currentButtonWidth != buttonWidth && placed.current != currentIndex)
             from = qMax(fixedCount, qMin(from, qMin(placed.current, currentIndex)));
     }
     from = qMin(from, count);
     const auto widthAt = [&](int i) { return i == currentIndex ? currentButtonWidth : buttonWidth; };
+    const auto sizeAt = [&](int i) { TabGeometry::SetFixedSize(buttons.at(i), QSize(widthAt(i), height)); };
     int total = 0;
     if (from > fixedCount) {
         const BrowserTabButtonBase *before = buttons.at(from - 1);
         total = TabGeometry::X(before) + before->width();
     }
     const int start = total;
-    for (int i = from; i < count; ++i) {
-        const int w = widthAt(i);
-        TabGeometry::SetFixedSize(buttons.at(i), QSize(w, height));
-        total += w;
+    if (incremental) {
+        for (BrowserTabButtonBase *button : qAsConst(unsized)) {
+            const int i = button && IsListedButton(button) ? buttons.indexOf(button, from) : -1;
+            if (i >= 0)
+                sizeAt(i);
+        }
+        if (currentButtonWidth != buttonWidth) {
+            for (int i : {placed.current, currentIndex}) {
+                if (i >= from && i < count)
+                    sizeAt(i);
+            }
+        }
+        total += (count - from) * buttonWidth;
+        if (currentIndex >= from && currentIndex < count)
+            total += currentButtonWidth - buttonWidth;
+    } else {
+        for (int i = from; i < count; ++i) {
+            sizeAt(i);
+            total += widthAt(i);
+        }
     }
+    unsized.clear();
     if (total > available)
         overflow = true;
     // The strip is never narrower than the viewport (SetContentWidth() would widen it
     // again): set at its final width at once, since each resize repaints every tab.
     TabGeometry::SetFixedSize(contentStrip, QSize(qMax(total, ViewportWidth(fixedTotal)), q->height()));
     // Placed once the strip has its width: right to left, places count from its end.
+    const bool mirrored = TabGeometry::Mirrored(contentStrip);
+    const int stripWidth = contentStrip->width();
     int x = start;
     for (int i = from; i < count; ++i) {
         BrowserTabButtonBase *button = buttons.at(i);
-        if (!dragging || button != pressedButton)
-            TabGeometry::Move(button, QPoint(x, top));
+        if (dragging && button == pressedButton)
+            ; // floats where the pointer holds it
+        else if (button->parentWidget() == contentStrip)
+            TabGeometry::MoveIn(button, mirrored, stripWidth, QPoint(x, top));
+        else
+            TabGeometry::Move(button, QPoint(x, top)); // a fixed tab the host moved along
         x += button->width();
     }
     placed = {buttonWidth, currentButtonWidth, height, top, currentIndex};
@@ -421,6 +449,12 @@ void BrowserTabBarExPrivate::ResizeButtons()
 void BrowserTabBarExPrivate::ListChanged(int from)
 {
     placeFrom = qMin(placeFrom, from);
+}
+
+void BrowserTabBarExPrivate::ForgetLayout()
+{
+    placed = Placed();
+    placeFrom = 0;
 }
 
 bool BrowserTabBarExPrivate::IsOrdered() const
@@ -555,6 +589,8 @@ void BrowserTabBarExPrivate::ResizeDelayButtons()
             extraPixels = qMax(stripWidth - (n - 1) * buttonWidth - currentButtonWidth, 0);
     }
     const int height = q->ButtonHeight();
+    // Widths of their own: the next ResizeButtons() sizes every tab again.
+    ForgetLayout();
     int seen = 0;
     for (int i = fixedCount; i < count; ++i) {
         BrowserTabButtonBase *button = buttons.at(i);

@@ -72,6 +72,8 @@ public:
     };
     Placed placed;
     int placeFrom = 0;
+    // Tabs made since the last layout: with the widths unchanged, the only ones to size.
+    QVector<QPointer<BrowserTabButtonBase>> unsized;
     // The scrolling tabs that hold their inner widgets (and are shown): the only ones a
     // scroll may have to let go of. Fixed tabs always hold theirs.
     QVector<QPointer<BrowserTabButtonBase>> awake;
@@ -92,6 +94,7 @@ public:
     void LayoutAfterRemoval() override;
     void LayoutAfterMove() override;
     void ListChanged(int from) override;
+    void ForgetLayout() override;
     void ComputeButtonWidth(int available);
     void ResizeButtons();
     void ResetButtons();

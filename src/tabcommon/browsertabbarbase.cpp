@@ -134,7 +134,7 @@ void BrowserTabBarBasePrivate::EndClosingMode()
     closing = false;
     closedLast = false;
     // Every tab takes its width again, whatever moved it meanwhile.
-    ListChanged(0);
+    ForgetLayout();
     Relayout();
 }
 
@@ -274,7 +274,7 @@ void BrowserTabBarBasePrivate::RunMenu(BrowserTabButtonBase *button, QPoint glob
             parkedButton->deleteLater();
     }
     // A command may have changed the tabs, or the pointer may have left the bar.
-    ListChanged(0);
+    ForgetLayout();
     Relayout();
     ResyncPointer();
 }

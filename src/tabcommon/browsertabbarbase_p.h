@@ -222,6 +222,12 @@ public:
      * there): the tabs from there on may stand elsewhere now. Default: nothing.
      */
     virtual void ListChanged(int from) { Q_UNUSED(from) }
+    /**
+     * The next layout lays out every tab anew, whatever the strip knows of their
+     * widths and places (something may have changed them behind its back). Default:
+     * nothing, for a strip that always does.
+     */
+    virtual void ForgetLayout() {}
     /** The neighbour that becomes current when the current tab at @p index is removed. */
     virtual int NextCurrentOnRemoval(int index) = 0;
     /** The icon address of a plug-in tab, from the strip's policy. */

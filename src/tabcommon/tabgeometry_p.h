@@ -62,6 +62,20 @@ inline bool Move(QWidget *widget, const QPoint &pos)
 }
 
 /**
+ * Moves @p widget, a child of a parent @p parentWidth wide that is @p mirrored or not,
+ * to the logical position @p pos. For a loop over many children of one parent: it
+ * asks the parent nothing. Returns whether it moved.
+ */
+inline bool MoveIn(QWidget *widget, bool mirrored, int parentWidth, const QPoint &pos)
+{
+    const QPoint visual(VisualX(mirrored, parentWidth, pos.x(), widget->width()), pos.y());
+    if (widget->geometry().topLeft() == visual)
+        return false;
+    widget->move(visual);
+    return true;
+}
+
+/**
  * Moves the children of @p widget by @p dx on the screen. Right to left, a widget
  * that grows by dx keeps its children's logical places this way.
  */
