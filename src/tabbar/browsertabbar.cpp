@@ -43,12 +43,6 @@ int S(int value)
     return DpiTool::ScaleDefault(value);
 }
 
-void CountIf(bool changed)
-{
-    if (changed)
-        TabWorkCounter::Add(TabWorkCounter::ButtonGeometry);
-}
-
 } // namespace
 
 BrowserTabBarPrivate::BrowserTabBarPrivate()
@@ -350,11 +344,11 @@ void BrowserTabBarPrivate::SizeButtons()
     if (fixedCount > 0) {
         fixedButtonWidth = (q->FixedTabTotalWidth() - spacing) / fixedCount + spacing;
         for (int i = 0; i < fixedCount && i < n; ++i)
-            CountIf(TabGeometry::SetFixedSize(buttons.at(i), QSize(fixedButtonWidth, height)));
+            TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(buttons.at(i), QSize(fixedButtonWidth, height)));
     }
     for (int i = fixedCount; i < n; ++i) {
         const int width = buttonWidth + ((i - fixedCount) < extraPixels ? 1 : 0);
-        CountIf(TabGeometry::SetFixedSize(buttons.at(i), QSize(width, height)));
+        TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(buttons.at(i), QSize(width, height)));
     }
 
     // Backgrounds kept for widths no tab has any more only hold memory.
@@ -400,7 +394,7 @@ void BrowserTabBarPrivate::ResetButtons()
 
     const int fixedStep = fixedCount >= 1 ? (fixedWidth - spacing) / fixedCount + spacing : 0;
     for (int i = 0; i < fixedCount && i < n; ++i)
-        CountIf(TabGeometry::Move(buttons.at(i), QPoint((fixedStep - spacing) * i, top)));
+        TabWorkCounter::CountGeometry(TabGeometry::Move(buttons.at(i), QPoint((fixedStep - spacing) * i, top)));
 
     const int offset = fixedCount > 0 ? fixedWidth - spacing : 0;
     for (int i = fixedCount; i < n; ++i) {
@@ -408,7 +402,7 @@ void BrowserTabBarPrivate::ResetButtons()
         if (button->IsPressed())
             continue; // the held tab stays under the pointer
         const int k = i - fixedCount;
-        CountIf(TabGeometry::Move(button, QPoint((buttonWidth - spacing) * k + qMin(k, extraPixels) + offset, top)));
+        TabWorkCounter::CountGeometry(TabGeometry::Move(button, QPoint((buttonWidth - spacing) * k + qMin(k, extraPixels) + offset, top)));
     }
     SetContentWidth();
 }

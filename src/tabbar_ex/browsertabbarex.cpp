@@ -10,6 +10,7 @@
 #include "kelmenu.h"
 #include "tabdragorder_p.h"
 #include "tabgeometry_p.h"
+#include "tabworkcounter_p.h"
 
 #include <QAction>
 #include <QFrame>
@@ -17,6 +18,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <climits>
 #include <iterator>
 #include <utility>
 
@@ -370,8 +372,8 @@ void BrowserTabBarExPrivate::ResizeButtons()
         const int fixedWidth = fixedTotal / fixedCount;
         for (int i = 0; i < fixedCount && i < count; ++i) {
             BrowserTabButtonBase *button = buttons.at(i);
-            TabGeometry::SetFixedSize(button, QSize(fixedWidth, height));
-            TabGeometry::Move(button, QPoint(i * fixedWidth, top));
+            TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(button, QSize(fixedWidth, height)));
+            TabWorkCounter::CountGeometry(TabGeometry::Move(button, QPoint(i * fixedWidth, top)));
         }
     }
 
@@ -383,14 +385,22 @@ void BrowserTabBarExPrivate::ResizeButtons()
     const bool sameWidths = placed.buttonWidth == buttonWidth && placed.currentWidth == currentButtonWidth &&
                             placed.height == height && placed.top == top;
     const bool incremental = sameWidths && IsOrdered();
+    // After `until`, the first tab found in its place has every later one in its place.
+    int until = INT_MAX;
     if (incremental) {
         from = qMax(from, placeFrom);
-        if (currentButtonWidth != buttonWidth && placed.current != currentIndex)
+        until = placeTo;
+        if (currentButtonWidth != buttonWidth && placed.current != currentIndex) {
             from = qMax(fixedCount, qMin(from, qMin(placed.current, currentIndex)));
+            until = INT_MAX;
+        }
     }
     from = qMin(from, count);
     const auto widthAt = [&](int i) { return i == currentIndex ? currentButtonWidth : buttonWidth; };
-    const auto sizeAt = [&](int i) { TabGeometry::SetFixedSize(buttons.at(i), QSize(widthAt(i), height)); };
+    const auto sizeAt = [&](int i) {
+        TabWorkCounter::Add(TabWorkCounter::TabVisit);
+        TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(buttons.at(i), QSize(widthAt(i), height)));
+    };
     int total = 0;
     if (from > fixedCount) {
         const BrowserTabButtonBase *before = buttons.at(from - 1);
@@ -429,32 +439,40 @@ void BrowserTabBarExPrivate::ResizeButtons()
     const int stripWidth = contentStrip->width();
     int x = start;
     for (int i = from; i < count; ++i) {
+        TabWorkCounter::Add(TabWorkCounter::TabVisit);
         BrowserTabButtonBase *button = buttons.at(i);
+        bool moved = false;
         if (dragging && button == pressedButton)
-            ; // floats where the pointer holds it
+            moved = true; // floats where the pointer holds it
         else if (button->parentWidget() == contentStrip)
-            TabGeometry::MoveIn(button, mirrored, stripWidth, QPoint(x, top));
+            moved = TabGeometry::MoveIn(button, mirrored, stripWidth, QPoint(x, top));
         else
-            TabGeometry::Move(button, QPoint(x, top)); // a fixed tab the host moved along
+            moved = TabGeometry::Move(button, QPoint(x, top)); // a fixed tab the host moved along
+        TabWorkCounter::CountGeometry(moved);
+        if (!moved && i > until)
+            break;
         x += button->width();
     }
     placed = {buttonWidth, currentButtonWidth, height, top, currentIndex};
     placeFrom = count;
+    placeTo = -1;
 
     SetContentWidth();
     ResetSeparator();
     UpdateButtonForms();
 }
 
-void BrowserTabBarExPrivate::ListChanged(int from)
+void BrowserTabBarExPrivate::ListChanged(int from, int to)
 {
     placeFrom = qMin(placeFrom, from);
+    placeTo = qMax(placeTo, to);
 }
 
 void BrowserTabBarExPrivate::ForgetLayout()
 {
     placed = Placed();
     placeFrom = 0;
+    placeTo = INT_MAX;
 }
 
 bool BrowserTabBarExPrivate::IsOrdered() const
@@ -492,12 +510,14 @@ void BrowserTabBarExPrivate::PlaceScrollingButtons()
     Q_Q(BrowserTabBarEx);
     // The widths may not be the ones ResizeButtons() gives (closing mode, a drag).
     placeFrom = 0;
+    placeTo = INT_MAX;
     const int top = q->ButtonTop();
     int x = 0;
     for (int i = FixedCount(); i < buttons.size(); ++i) {
+        TabWorkCounter::Add(TabWorkCounter::TabVisit);
         BrowserTabButtonBase *button = buttons.at(i);
         if (!dragging || button != pressedButton)
-            TabGeometry::Move(button, QPoint(x, top));
+            TabWorkCounter::CountGeometry(TabGeometry::Move(button, QPoint(x, top)));
         x += button->width();
     }
 }
@@ -596,13 +616,13 @@ void BrowserTabBarExPrivate::ResizeDelayButtons()
         BrowserTabButtonBase *button = buttons.at(i);
         if (i == currentIndex) {
             seen = 1;
-            TabGeometry::SetFixedSize(button, QSize(currentButtonWidth, height));
+            TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(button, QSize(currentButtonWidth, height)));
             continue;
         }
         // Compared by list index, fixed tabs included: with fixed tabs one pixel fewer
         // than extraPixels is handed out. Kept so, the look users know.
         const int extra = (i - seen) < extraPixels ? 1 : 0;
-        TabGeometry::SetFixedSize(button, QSize(buttonWidth + extra, height));
+        TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(button, QSize(buttonWidth + extra, height)));
     }
     ResetDelayButtons();
 }
@@ -665,6 +685,7 @@ void BrowserTabBarExPrivate::UpdateButtonForms()
 void BrowserTabBarExPrivate::UpdateButtonForm(BrowserTabButtonBase *button, int left, int right)
 {
     Q_Q(BrowserTabBarEx);
+    TabWorkCounter::Add(TabWorkCounter::TabVisit);
     BrowserTabButtonExPrivate *b = static_cast<BrowserTabButtonEx *>(button)->d_func();
     // Fixed tabs and a dragged one always keep theirs.
     if (button->parentWidget() != contentStrip || button->IsPressed()) {
@@ -786,6 +807,7 @@ void BrowserTabBarExPrivate::SetPressedSeparator()
 
 void BrowserTabBarExPrivate::SetSeparator(BrowserTabButtonEx *button, bool visible)
 {
+    TabWorkCounter::Add(TabWorkCounter::TabVisit);
     button->SetSeparatorVisible(visible);
     if (!visible && !separatorsHidden.contains(button))
         separatorsHidden.append(button);

@@ -72,6 +72,7 @@ public:
     };
     Placed placed;
     int placeFrom = 0;
+    int placeTo = -1; // after it, the tabs stand as the last layout left them
     // Tabs made since the last layout: with the widths unchanged, the only ones to size.
     QVector<QPointer<BrowserTabButtonBase>> unsized;
     // The scrolling tabs that hold their inner widgets (and are shown): the only ones a
@@ -93,7 +94,7 @@ public:
     void AdjustForDpi() override;
     void LayoutAfterRemoval() override;
     void LayoutAfterMove() override;
-    void ListChanged(int from) override;
+    void ListChanged(int from, int to) override;
     void ForgetLayout() override;
     void ComputeButtonWidth(int available);
     void ResizeButtons();

@@ -158,9 +158,9 @@ void BrowserTabButtonExPrivate::InitButton()
     ApplyFont();
     UpdateLayout();
     UpdateCloseButton();
-    // A deferred button shows with its inner widgets (CreateForm()).
-    if (!formDeferred)
-        q->show();
+    // A deferred button shows with its inner widgets (CreateForm()); until then it
+    // stays hidden, also when the window it lies in is shown.
+    q->setVisible(!formDeferred);
 }
 
 void BrowserTabButtonExPrivate::CreateForm()

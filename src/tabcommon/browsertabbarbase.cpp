@@ -97,7 +97,7 @@ int BrowserTabBarBasePrivate::InsertButton(int index, BrowserTabButtonBase *butt
     buttons.insert(index, button);
     if (index <= currentIndex)
         ++currentIndex;
-    ListChanged(index);
+    ListChanged(index, buttons.size() - 1);
     return index;
 }
 
@@ -166,7 +166,7 @@ void BrowserTabBarBasePrivate::Retranslate()
 void BrowserTabBarBasePrivate::MoveEntry(int from, int to)
 {
     buttons.move(from, to);
-    ListChanged(qMin(from, to));
+    ListChanged(qMin(from, to), qMax(from, to));
     // The current tab stays the same tab; a negative index set by the host stays as it is.
     if (IsValidIndex(currentIndex)) {
         if (currentIndex == from)
@@ -556,7 +556,7 @@ void BrowserTabBarBase::removeTab(int index)
 
     const bool hadFocus = d->focusButton == button;
     d->buttons.removeAt(index);
-    d->ListChanged(index);
+    d->ListChanged(index, d->buttons.size() - 1);
     if (d->checkedButton == button)
         d->checkedButton = nullptr; // what waits for deletion keeps its look
     button->d_func()->listed = false;

@@ -218,10 +218,15 @@ public:
     /** After a tab was moved by moveTab() or a cancelled drag. */
     virtual void LayoutAfterMove() = 0;
     /**
-     * The list changed at @p from (a tab inserted or removed there, or moved from or to
-     * there): the tabs from there on may stand elsewhere now. Default: nothing.
+     * The list changed between @p from and @p to (a tab inserted or removed at from,
+     * to being the last index; or moved between the two): the tabs there may stand
+     * elsewhere now, those after @p to where they stood. Default: nothing.
      */
-    virtual void ListChanged(int from) { Q_UNUSED(from) }
+    virtual void ListChanged(int from, int to)
+    {
+        Q_UNUSED(from)
+        Q_UNUSED(to)
+    }
     /**
      * The next layout lays out every tab anew, whatever the strip knows of their
      * widths and places (something may have changed them behind its back). Default:

@@ -6,6 +6,7 @@
 // tabs nearly all of those calls ask for what is already there, and Qt's own setters
 // still touch size limits, post events or re-polish.
 
+#include "tabworkcounter_p.h"
 #include "uiutils.h"
 
 #include <QList>
@@ -146,8 +147,10 @@ inline bool SetFixedWidth(QWidget *widget, int width)
  */
 inline void Repolish(QWidget *widget)
 {
-    if (widget && widget->testAttribute(Qt::WA_WState_Polished))
+    if (widget && widget->testAttribute(Qt::WA_WState_Polished)) {
+        TabWorkCounter::Add(TabWorkCounter::Repolish);
         UIUtils::UpdateStyle(widget);
+    }
 }
 
 /**
