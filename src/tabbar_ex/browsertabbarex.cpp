@@ -188,6 +188,13 @@ BrowserTabButtonBase *BrowserTabBarExPrivate::CreateButton(const TabDataPtr &tab
     return button;
 }
 
+// Lowered when it is first shown (BrowserTabButtonExPrivate::CreateForm()): lowering a
+// hidden widget makes Qt create it, and a created widget costs more to move ever after,
+// which thousands of tabs out of view would pay on every insertion.
+void BrowserTabBarExPrivate::StackNewButton(BrowserTabButtonBase *)
+{
+}
+
 void BrowserTabBarExPrivate::Relayout()
 {
     ResizeButtons();

@@ -86,6 +86,7 @@ public:
     void InitArrowFrame();
     BrowserTabButtonBase *CreateButton(const TabDataPtr &tab, const QString &iconPath, bool loading) override;
     QString PluginIconUrl(const QString &pluginCode) override;
+    void StackNewButton(BrowserTabButtonBase *button) override;
     QList<QWidget *> AccessibleControls() const override;
 
     // Layout.

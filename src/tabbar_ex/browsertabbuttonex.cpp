@@ -190,8 +190,12 @@ void BrowserTabButtonExPrivate::CreateForm()
     ApplyFont();
     UpdateLayout();
     form->content->show();
-    if (formDeferred)
+    if (formDeferred) {
+        // Under the others, as the bar stacks its tabs; the current one stays on top.
+        if (!checked && !pressed)
+            q->lower();
         q->show();
+    }
 }
 
 void BrowserTabButtonExPrivate::ReleaseForm()

@@ -91,7 +91,7 @@ int BrowserTabBarBasePrivate::InsertButton(int index, BrowserTabButtonBase *butt
     QObject::connect(button, &BrowserTabButtonBase::SigCloseClicked, q, &BrowserTabBarBase::SlotCloseClicked);
     QObject::connect(button, &BrowserTabButtonBase::SigMenuClicked, q, &BrowserTabBarBase::SlotMenuClicked);
     QObject::connect(button, &BrowserTabButtonBase::SigButtonPressed, q, &BrowserTabBarBase::SlotButtonPressed);
-    button->lower();
+    StackNewButton(button);
     button->d_func()->listed = true;
     index = qBound(0, index, buttons.size());
     buttons.insert(index, button);
@@ -99,6 +99,11 @@ int BrowserTabBarBasePrivate::InsertButton(int index, BrowserTabButtonBase *butt
         ++currentIndex;
     ListChanged(index, buttons.size() - 1);
     return index;
+}
+
+void BrowserTabBarBasePrivate::StackNewButton(BrowserTabButtonBase *button)
+{
+    button->lower();
 }
 
 void BrowserTabBarBasePrivate::SetMoveProxy(TabMoveProxy *proxy)

@@ -233,6 +233,8 @@ public:
      * nothing, for a strip that always does.
      */
     virtual void ForgetLayout() {}
+    /** Puts a new tab's button in the stacking order of its siblings: by default at the bottom. */
+    virtual void StackNewButton(BrowserTabButtonBase *button);
     /** The neighbour that becomes current when the current tab at @p index is removed. */
     virtual int NextCurrentOnRemoval(int index) = 0;
     /** The icon address of a plug-in tab, from the strip's policy. */
