@@ -35,6 +35,14 @@ enum CloseActiveTypeEx : int {
  * FixedTabTotalWidth(). The base class's FixedTabCount() is 0: such a bar lays out
  * every tab as a scrolling one and gives the fixed area no tabs.
  *
+ * Thousands of tabs cost what a dozen do: a change lays out only the tabs it moves,
+ * and a scrolling tab away from the visible part is hidden and holds none of its inner
+ * widgets (icon, title, close button): it gets them within a tab's width of the view
+ * and gives them up a viewport away from it. Every tab keeps the geometry of its place
+ * all the same, hidden or not.
+ * A host that moves or resizes tab buttons itself gets them laid out again at the
+ * next change of widths, when closing mode ends or after a context menu.
+ *
  * Internal frames carry object names for style sheets and tests: "TabBarFixedAreaEx",
  * "TabBarViewportEx", "TabBarContentEx" (the content strip, child of the viewport),
  * "TabBarLeftArrowFrameEx" and "TabBarRightArrowFrameEx" (holding "TabButtonLeftArrowEx",
