@@ -9,32 +9,14 @@
 #include "hoverevents.h"
 #include "kellabel.h"
 #include "kelloadinglabelex.h"
-#include "tabworkcounter_p.h"
+#include "tabwork.h"
 
 #include <QCursor>
 
 using namespace ClassicTest;
+using namespace TabWork;
 
 namespace {
-
-struct Work
-{
-    quint64 repolishes = 0;
-    quint64 renders = 0;
-    quint64 moves = 0;
-};
-
-Work Now()
-{
-    return {TabWorkCounter::Count(TabWorkCounter::Repolish), TabWorkCounter::Count(TabWorkCounter::BackgroundRender),
-            TabWorkCounter::Count(TabWorkCounter::ButtonGeometry)};
-}
-
-Work Since(const Work &before)
-{
-    const Work now = Now();
-    return {now.repolishes - before.repolishes, now.renders - before.renders, now.moves - before.moves};
-}
 
 // Narrow enough that 20 tabs already overflow it: then adding or removing one changes no
 // width at 20 tabs either, and the two strips differ only in their number of tabs.

@@ -11,30 +11,12 @@
 #include "barwindowtest.h"
 #include "keltabstyle.h"
 #include "tabbarextestbar.h"
-#include "tabworkcounter_p.h"
+#include "tabwork.h"
 
 using namespace TabTest;
+using namespace TabWork;
 
 namespace {
-
-struct Work
-{
-    quint64 repolishes = 0;
-    quint64 geometry = 0;
-    quint64 visits = 0;
-};
-
-Work Now()
-{
-    return {TabWorkCounter::Count(TabWorkCounter::Repolish), TabWorkCounter::Count(TabWorkCounter::ButtonGeometry),
-            TabWorkCounter::Count(TabWorkCounter::TabVisit)};
-}
-
-Work Since(const Work &before)
-{
-    const Work now = Now();
-    return {now.repolishes - before.repolishes, now.geometry - before.geometry, now.visits - before.visits};
-}
 
 // What one layout may look at besides the tabs it moves: the tabs in and near the view
 // (about twenty here) when it decides which hold their inner widgets, and the
@@ -116,7 +98,7 @@ Work TstBrowserTabBarExWork::Measure(const QString &operation, TestTabBarEx *bar
         // Thirty tabs on and back: the same tabs come into view and go at both sizes.
         // A scroll that never ends counts as endless work.
         if (!ScrollTo(bar, kTab + 30) || !ScrollTo(bar, kTab))
-            return {~quint64(0), ~quint64(0), ~quint64(0)};
+            return {~quint64(0), ~quint64(0), ~quint64(0), ~quint64(0)};
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::processEvents();
@@ -150,7 +132,7 @@ void TstBrowserTabBarExWork::workFollowsTheChangeNotTheTabs_data()
 {
     QTest::addColumn<QString>("operation");
     // How many buttons change their geometry.
-    QTest::addColumn<int>("geometry");
+    QTest::addColumn<int>("moves");
     // How many layouts the operation runs (each may look at the tabs near the view).
     QTest::addColumn<int>("layouts");
     QTest::newRow("switch") << QStringLiteral("switch") << 0 << 1;
@@ -170,7 +152,7 @@ void TstBrowserTabBarExWork::workFollowsTheChangeNotTheTabs_data()
 void TstBrowserTabBarExWork::workFollowsTheChangeNotTheTabs()
 {
     QFETCH(QString, operation);
-    QFETCH(int, geometry);
+    QFETCH(int, moves);
     QFETCH(int, layouts);
     Work work[2];
     const int counts[2] = {100, 1000};
@@ -185,8 +167,8 @@ void TstBrowserTabBarExWork::workFollowsTheChangeNotTheTabs()
         QCOMPARE(MisplacedTab(bar), QString());
     }
     QCOMPARE(work[1].repolishes, work[0].repolishes);
-    QCOMPARE(work[1].geometry, work[0].geometry);
-    QCOMPARE(work[0].geometry, quint64(geometry));
+    QCOMPARE(work[1].moves, work[0].moves);
+    QCOMPARE(work[0].moves, quint64(moves));
     QCOMPARE(work[1].visits, work[0].visits);
     QVERIFY2(work[0].visits <= layouts * kVisitsAroundTheView, qPrintable(QString::number(work[0].visits)));
 }
@@ -214,14 +196,14 @@ void TstBrowserTabBarExWork::listChangesMoveTheTabsAfterThem()
     bar->insertTab(at, Web(QStringLiteral("Inserted")));
     // Those tabs, and the new one sized and placed; nothing before them is looked at.
     Work work = Since(before);
-    QCOMPARE(work.geometry, quint64(after + 2));
+    QCOMPARE(work.moves, quint64(after + 2));
     QVERIFY2(work.visits <= quint64(after) + kVisitsAroundTheView, qPrintable(QString::number(work.visits)));
     QCOMPARE(MisplacedTab(bar), QString());
 
     before = Now();
     bar->removeTab(at);
     work = Since(before);
-    QCOMPARE(work.geometry, quint64(after));
+    QCOMPARE(work.moves, quint64(after));
     QVERIFY2(work.visits <= quint64(after) + kVisitsAroundTheView, qPrintable(QString::number(work.visits)));
     QCOMPARE(MisplacedTab(bar), QString());
 }
@@ -236,7 +218,7 @@ void TstBrowserTabBarExWork::switchMovesNothing()
     const Work work = Measure(QStringLiteral("switch"), bar);
     QVERIFY(work.repolishes > 0);
     QVERIFY(work.repolishes <= 12);
-    QCOMPARE(work.geometry, quint64(0));
+    QCOMPARE(work.moves, quint64(0));
 }
 
 void TstBrowserTabBarExWork::farTabsHideAndComeBackWhenScrolledTo()
