@@ -619,16 +619,19 @@ void BrowserTabBarBase::setCurrentIndex(int index)
     // one to uncheck, wherever the list has moved it since. Asking every button would
     // make a switch cost as much as the strip is long.
     BrowserTabButtonBase *current = d->ButtonAt(index);
-    if (d->checkedButton && d->checkedButton != current)
-        d->checkedButton->SetChecked(false);
+    if (d->checkedKnown) {
+        if (d->checkedButton && d->checkedButton != current)
+            d->checkedButton->d_func()->SetChecked(false);
+    } else {
+        for (BrowserTabButtonBase *button : qAsConst(d->buttons)) {
+            if (button != current && button->IsChecked())
+                button->d_func()->SetChecked(false);
+        }
+        d->checkedKnown = true;
+    }
     if (current && !current->IsChecked())
-        current->SetChecked(true);
+        current->d_func()->SetChecked(true);
     d->checkedButton = current;
-#ifndef QT_NO_DEBUG
-    for (BrowserTabButtonBase *button : qAsConst(d->buttons))
-        Q_ASSERT_X(button->IsChecked() == (button == current), "BrowserTabBarBase::setCurrentIndex",
-                   "a button other than the current one is checked");
-#endif
     d->CurrentTabChanged(previous);
     if (QAccessible::isActive()) {
         if (BrowserTabButtonBase *old = d->ButtonAt(previous)) {

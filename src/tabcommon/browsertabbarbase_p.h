@@ -53,8 +53,10 @@ public:
     // One button per tab; list position = tab index.
     QList<BrowserTabButtonBase *> buttons;
     int currentIndex = -1;
-    // The button the bar checked last: the only checked one, even once its tab is gone.
+    // The button the bar checked last: the only checked one, unless a host checked
+    // buttons itself (checkedKnown false), which the next switch puts right.
     QPointer<BrowserTabButtonBase> checkedButton;
+    bool checkedKnown = true;
     int firstIndex = 0;    // lowest index a dragged tab may take
     int buttonWidth = 0;   // every movable tab
     int extraPixels = 0;   // movable tabs, from the first, that are one pixel wider

@@ -117,6 +117,10 @@ void BrowserTabButtonBase::SetChecked(bool checked)
 {
     Q_D(BrowserTabButtonBase);
     d->SetChecked(checked);
+    // Checked or unchecked from outside its bar (the bar itself calls the private
+    // class): the bar can no longer tell which of its buttons are checked.
+    if (d->bar && d->listed)
+        d->bar->d_func()->checkedKnown = false;
 }
 
 bool BrowserTabButtonBase::IsChecked() const

@@ -36,6 +36,8 @@ private Q_SLOTS:
     void lookupsOutOfRangeAnswerEmpty();
     void moveTabKeepsTheCurrentTab_data();
     void moveTabKeepsTheCurrentTab();
+    void switchUnchecksButtonsAHostChecked_data();
+    void switchUnchecksButtonsAHostChecked();
     void narrowBarsOverlapNothing_data();
     void narrowBarsOverlapNothing();
     void switchingTabsRepaintsLittle_data();
@@ -237,6 +239,28 @@ void TstBrowserTabBarBase::moveTabKeepsTheCurrentTab()
     // Buttons in list order, left to right.
     for (int i = 1; i < b->count(); ++i)
         QVERIFY(KelTest::VisualRect(b.get(), b->tabRect(i - 1)).left() < KelTest::VisualRect(b.get(), b->tabRect(i)).left());
+}
+
+void TstBrowserTabBarBase::switchUnchecksButtonsAHostChecked_data()
+{
+    BothBars::AddRowPerBar("four tabs");
+}
+
+void TstBrowserTabBarBase::switchUnchecksButtonsAHostChecked()
+{
+    // The bar unchecks only the button it checked last, unless a host checked or
+    // unchecked buttons itself: then the next switch leaves the current tab alone checked.
+    QFETCH(Kind, bar);
+    std::unique_ptr<BrowserTabBarBase> b = MakeBar(bar, 4);
+    b->setCurrentIndex(1);
+    b->TabButton(3)->SetChecked(true);
+    b->TabButton(1)->SetChecked(false);
+    b->setCurrentIndex(2);
+    for (int i = 0; i < b->count(); ++i)
+        QCOMPARE(b->TabButton(i)->IsChecked(), i == 2);
+    b->setCurrentIndex(0);
+    for (int i = 0; i < b->count(); ++i)
+        QCOMPARE(b->TabButton(i)->IsChecked(), i == 0);
 }
 
 static QString RectText(const QRect &r)
