@@ -40,11 +40,12 @@ public:
 };
 
 /** The operations, in the order of the printed table. */
-enum Operation { Add, Insert, SetCurrent, Remove, Move, Resize, Tick, OperationCount };
+enum Operation { Add, Insert, SetCurrent, Remove, Move, Resize, Repaint, Tick, OperationCount };
 
 inline const char *OperationName(int operation)
 {
-    static const char *const names[] = {"add", "insert", "set_current", "remove", "move", "resize", "scroll_tick"};
+    static const char *const names[]
+        = {"add", "insert", "set_current", "remove", "move", "resize", "repaint", "scroll_tick"};
     return names[operation];
 }
 
@@ -136,10 +137,14 @@ Figures Measure(Make make, int tabs, const QString &styleSheet)
     timed(Insert, [&](int) { strip->Insert(strip->Count() / 2, serial++); },
           [&](int) { strip->Remove(strip->Count() / 2); });
     timed(SetCurrent, [&](int round) { strip->SetCurrent(spread(round, 13)); }, nothing);
-    timed(Remove, [&](int) { strip->Remove(strip->Count() / 2); }, [&](int) { strip->Insert(strip->Count() / 2, serial++); });
+    timed(Remove, [&](int) { strip->Remove(strip->Count() / 2); },
+          [&](int) { strip->Insert(strip->Count() / 2, serial++); });
     timed(Move, [&](int round) { strip->Move(spread(round, 5), spread(round, 101)); }, nothing);
     timed(Resize, [&](int round) { bar->resize(kWidth - (round % 2 + 1) * 48, height); },
           [&](int) { bar->resize(kWidth, height); });
+    // One paint of the strip as it stands, nothing else: what every change that moves
+    // the tabs in view (a resize, a scroll tick) pays at the least.
+    timed(Repaint, [&](int) { bar->repaint(); }, nothing);
 
     // A scroll animation: the time the event loop spends on each of its ticks.
     if (plan.Times(Tick) && strip->ScrollTowards(0)) {
