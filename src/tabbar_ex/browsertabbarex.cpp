@@ -816,7 +816,11 @@ void BrowserTabBarExPrivate::SetSeparator(BrowserTabButtonEx *button, bool visib
 {
     TabWorkCounter::Add(TabWorkCounter::TabVisit);
     button->SetSeparatorVisible(visible);
-    if (!visible && !separatorsHidden.contains(button))
+}
+
+void BrowserTabBarExPrivate::SeparatorHidden(BrowserTabButtonEx *button)
+{
+    if (!separatorsHidden.contains(button))
         separatorsHidden.append(button);
 }
 

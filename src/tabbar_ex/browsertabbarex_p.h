@@ -114,8 +114,10 @@ public:
     int ViewportWidth(int fixedTotal) const;
     void ResetSeparator();
     void SetPressedSeparator();
-    /** Shows or hides @p button's separator and remembers the tabs whose separator is hidden. */
+    /** Shows or hides @p button's separator (which remembers a hidden one, see SeparatorHidden()). */
     void SetSeparator(BrowserTabButtonEx *button, bool visible);
+    /** Remembers @p button, told to hide its separator, for the next ResetSeparator() to look at. */
+    void SeparatorHidden(BrowserTabButtonEx *button);
     void UpdateButtonForms();
     /** Gives @p button its inner widgets, or lets go of them, for a place between @p left and @p right. */
     void UpdateButtonForm(BrowserTabButtonBase *button, int left, int right);

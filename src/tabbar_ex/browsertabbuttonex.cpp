@@ -2,6 +2,7 @@
 #include "browsertabbuttonex.h"
 
 #include "browsertabbarex.h"
+#include "browsertabbarex_p.h"
 #include "browsertabbuttonex_p.h"
 #include "dpitool.h"
 #include "elidedlabelex.h"
@@ -307,6 +308,11 @@ void BrowserTabButtonEx::SetSeparatorVisible(bool visible)
 
 void BrowserTabButtonExPrivate::SetSeparatorVisible(bool visible)
 {
+    Q_Q(BrowserTabButtonEx);
+    // The bar's next layout shows again every separator its rules do not hide, and
+    // looks only at the tabs told to hide theirs: by the bar or by a host, this is one.
+    if (!visible && bar)
+        Bar()->d_func()->SeparatorHidden(q);
     const bool shown = visible && !checked && !hovered;
     if (shown == separatorShown)
         return;

@@ -82,6 +82,8 @@ private Q_SLOTS:
     void iconClickReachesHook();
     void slotsIgnoreNullAndUnknownTabs();
     void separators();
+    void layoutShowsSeparatorsAHostHid_data();
+    void layoutShowsSeparatorsAHostHid();
     void separatorsInOverflowHideLastFixed();
     void hoverSeparators();
     void commandSlotsEmitMenuIndex();
@@ -1000,6 +1002,37 @@ void TstBrowserTabBarEx::separators()
         QCOMPARE(bar->TabButton(i)->IsSeparatorVisible(), i != 0);
     auto *content = bar->TabButton(1)->findChild<QFrame *>(QStringLiteral("TabButtonContentExWithSep"));
     QVERIFY(content);
+}
+
+void TstBrowserTabBarEx::layoutShowsSeparatorsAHostHid_data()
+{
+    QTest::addColumn<QString>("layout");
+    QTest::newRow("tab added") << QStringLiteral("add");
+    QTest::newRow("tab removed") << QStringLiteral("remove");
+    QTest::newRow("bar narrower") << QStringLiteral("resize");
+}
+
+void TstBrowserTabBarEx::layoutShowsSeparatorsAHostHid()
+{
+    QFETCH(QString, layout);
+    TestTabBarEx *bar = MakeShownBar(5); // shown, so that a resize lays it out at once
+    QVERIFY(bar);
+    bar->setCurrentIndex(3);
+    // A host hides separators the bar shows; tab 4 is the one a removal would take.
+    bar->TabButton(1)->SetSeparatorVisible(false);
+    bar->TabButton(3)->SetSeparatorVisible(true);
+    QVERIFY(!bar->TabButton(1)->IsSeparatorVisible());
+    if (layout == QLatin1String("add"))
+        Fill(*bar, 1);
+    else if (layout == QLatin1String("remove"))
+        bar->removeTab(4);
+    else
+        bar->resize(bar->width() - 10, bar->height());
+    // Every layout puts the separators back by the bar's rules, whoever changed them.
+    QVERIFY(bar->TabButton(1)->IsSeparatorVisible());
+    QVERIFY(!bar->TabButton(2)->IsSeparatorVisible());
+    QVERIFY(!bar->TabButton(3)->IsSeparatorVisible());
+    QVERIFY(bar->TabButton(0)->IsSeparatorVisible());
 }
 
 void TstBrowserTabBarEx::separatorsInOverflowHideLastFixed()
