@@ -80,8 +80,7 @@ protected:
 private:
     Q_DECLARE_PRIVATE(BrowserTabButton)
     friend class BrowserTabBarPrivate;
-    // The bar's own: @p withForm false leaves the inner widgets to be made once the tab
-    // comes into view.
+    // For the bar: a button whose inner widgets may wait until it comes into view.
     BrowserTabButton(TabDataPtr tabData, const QString &iconPath, bool loading, BrowserTabBar *bar, QWidget *parent,
-                     bool withForm);
+                     FormMode mode);
 };
