@@ -3,14 +3,15 @@
 // operation at 20, 200, 1,000 and 10,000 tabs, and the memory per tab.
 //
 //   bench_tabstrips [--plain] [--chart FILE.png] [--counts 20,200,...] [--only scrolling|classic|qtabbar]
-//                   [--budget SECONDS] [--ops add,insert,...] [--rounds N]
+//                   [--budget SECONDS] [--ops add,insert,...] [--rounds N] [--rtl]
 //
 // By default every window carries the library's default style sheet, as in a host
 // that applies it (Qt's style-sheet style then serves QTabBar as well); --plain runs
 // without. Prints a Markdown table (milliseconds per operation, ratios to QTabBar) and
 // with --chart draws it. A strip is not run at a count where its time, projected from
 // the count before, would pass a minute (QTabBar at 10,000 tabs); --budget sets another
-// limit. --ops and --rounds narrow the run down for a profiler.
+// limit. --ops and --rounds narrow the run down for a profiler. --rtl lays every
+// window out right to left, as for Arabic or Hebrew.
 
 #include "browsertabbar.h"
 #include "browsertabbarex.h"
@@ -167,6 +168,7 @@ int main(int argc, char *argv[])
     DpiTool::SetScaleFactor(1.0);
 
     bool styled = true;
+    bool rtl = false;
     QString chart;
     QVector<int> counts{20, 200, 1000, 10000};
     QString only;
@@ -174,6 +176,8 @@ int main(int argc, char *argv[])
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--plain") == 0)
             styled = false;
+        else if (std::strcmp(argv[i], "--rtl") == 0)
+            rtl = true;
         else if (std::strcmp(argv[i], "--chart") == 0 && i + 1 < argc)
             chart = QString::fromLocal8Bit(argv[++i]);
         else if (std::strcmp(argv[i], "--counts") == 0 && i + 1 < argc)
@@ -192,6 +196,8 @@ int main(int argc, char *argv[])
         return 2;
     }
     const QString sheet = styled ? KelTabStyle::DefaultStyleSheet() : QString();
+    if (rtl)
+        QApplication::setLayoutDirection(Qt::RightToLeft);
 
     QVector<Series> series{{QStringLiteral("BrowserTabBarEx (scrolling)"), QColor(31, 119, 180), {}, {}},
                            {QStringLiteral("BrowserTabBar (classic)"), QColor(255, 127, 14), {}, {}},
@@ -237,8 +243,9 @@ int main(int argc, char *argv[])
         const int i = series[which].tabs.indexOf(tabs);
         return i < 0 ? nullptr : &series[which].figures[i];
     };
-    std::printf("Milliseconds per operation (memory: KiB per tab), %s; ratios to QTabBar.\n\n",
-                styled ? "every window with the library's default style sheet" : "no style sheet");
+    std::printf("Milliseconds per operation (memory: KiB per tab), %s%s; ratios to QTabBar.\n\n",
+                styled ? "every window with the library's default style sheet" : "no style sheet",
+                rtl ? ", right to left" : "");
     std::printf("| operation | tabs | scrolling | classic | QTabBar | scrolling / QTabBar | classic / QTabBar |\n");
     std::printf("| --- | ---: | ---: | ---: | ---: | ---: | ---: |\n");
     for (int op = 0; op <= OperationCount; ++op) {

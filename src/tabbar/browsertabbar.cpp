@@ -14,6 +14,7 @@
 
 #include <QAction>
 #include <QFrame>
+#include <QTransform>
 #include <QVector>
 
 namespace {
@@ -227,6 +228,7 @@ void BrowserTabBarPrivate::AdjustForDpi()
         Button(i)->UpdateCloseButton();
     }
     SetContentWidth();
+    UpdateButtonForms();
     q->update();
 }
 
@@ -252,13 +254,13 @@ int BrowserTabBar::ButtonBgBuildCount() const
     return d->buttonBg.BuildCount();
 }
 
-QPixmap *BrowserTabBarPrivate::ButtonBg(int width, bool checked, bool hovered)
+QPixmap *BrowserTabBarPrivate::ButtonBg(int width, bool checked, bool hovered, bool mirrored)
 {
     if (width <= 0)
         return buttonBg.GetButtonBg(width, checked, hovered);
     Backgrounds *kept = nullptr;
     for (Backgrounds &candidate : backgrounds) {
-        if (candidate.width == width) {
+        if (candidate.width == width && candidate.mirrored == mirrored) {
             kept = &candidate;
             break;
         }
@@ -266,9 +268,14 @@ QPixmap *BrowserTabBarPrivate::ButtonBg(int width, bool checked, bool hovered)
         if (!kept || candidate.used < kept->used)
             kept = &candidate;
     }
-    if (kept->width != width) {
-        const auto copy = [](const QPixmap *pixmap) { return pixmap ? *pixmap : QPixmap(); };
+    if (kept->width != width || kept->mirrored != mirrored) {
+        const auto copy = [mirrored](const QPixmap *pixmap) {
+            if (!pixmap)
+                return QPixmap();
+            return mirrored ? pixmap->transformed(QTransform::fromScale(-1, 1)) : *pixmap;
+        };
         kept->width = width;
+        kept->mirrored = mirrored;
         kept->front = copy(buttonBg.GetButtonBg(width, true, false));
         kept->back = copy(buttonBg.GetButtonBg(width, false, false));
         kept->backHover = copy(buttonBg.GetButtonBg(width, false, true));
@@ -340,16 +347,21 @@ void BrowserTabBarPrivate::SizeButtons()
     const int height = q->ButtonHeight();
     const int spacing = q->ButtonSpacing();
     const int n = buttons.size();
+    // ResetButtons() places every tab but the held one next: right to left, a tab that
+    // kept its place while its width changed would move twice.
+    const auto sizeTo = [&](int i, int width) {
+        BrowserTabButtonBase *button = buttons.at(i);
+        const auto places = button->IsPressed() ? TabGeometry::Places::Keep : TabGeometry::Places::Leave;
+        TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(button, QSize(width, height), places));
+    };
     int fixedButtonWidth = 0;
     if (fixedCount > 0) {
         fixedButtonWidth = (q->FixedTabTotalWidth() - spacing) / fixedCount + spacing;
         for (int i = 0; i < fixedCount && i < n; ++i)
-            TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(buttons.at(i), QSize(fixedButtonWidth, height)));
+            sizeTo(i, fixedButtonWidth);
     }
-    for (int i = fixedCount; i < n; ++i) {
-        const int width = buttonWidth + ((i - fixedCount) < extraPixels ? 1 : 0);
-        TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(buttons.at(i), QSize(width, height)));
-    }
+    for (int i = fixedCount; i < n; ++i)
+        sizeTo(i, buttonWidth + ((i - fixedCount) < extraPixels ? 1 : 0));
 
     // Backgrounds kept for widths no tab has any more only hold memory.
     for (Backgrounds &kept : backgrounds) {
@@ -392,6 +404,18 @@ void BrowserTabBarPrivate::ResetButtons()
     const int spacing = q->ButtonSpacing();
     const int top = q->ButtonMarginTop();
 
+    // The content widget takes its width first: right to left, places count from its
+    // right edge, and each tab then moves once, straight to its place. Only the held
+    // tab is not placed: it keeps its place under the pointer.
+    QVector<QPair<BrowserTabButtonBase *, QPoint>> held;
+    for (BrowserTabButtonBase *button : qAsConst(buttons)) {
+        if (button->IsPressed())
+            held.append({button, TabGeometry::Pos(button)});
+    }
+    SetContentWidth(TabGeometry::Places::Leave);
+    for (const auto &[button, pos] : qAsConst(held))
+        TabGeometry::Move(button, pos);
+
     const int fixedStep = fixedCount >= 1 ? (fixedWidth - spacing) / fixedCount + spacing : 0;
     for (int i = 0; i < fixedCount && i < n; ++i)
         TabWorkCounter::CountGeometry(TabGeometry::Move(buttons.at(i), QPoint((fixedStep - spacing) * i, top)));
@@ -400,14 +424,15 @@ void BrowserTabBarPrivate::ResetButtons()
     for (int i = fixedCount; i < n; ++i) {
         BrowserTabButtonBase *button = buttons.at(i);
         if (button->IsPressed())
-            continue; // the held tab stays under the pointer
+            continue;
         const int k = i - fixedCount;
-        TabWorkCounter::CountGeometry(TabGeometry::Move(button, QPoint((buttonWidth - spacing) * k + qMin(k, extraPixels) + offset, top)));
+        const int x = (buttonWidth - spacing) * k + qMin(k, extraPixels) + offset;
+        TabWorkCounter::CountGeometry(TabGeometry::Move(button, QPoint(x, top)));
     }
-    SetContentWidth();
+    UpdateButtonForms();
 }
 
-void BrowserTabBarPrivate::SetContentWidth()
+void BrowserTabBarPrivate::SetContentWidth(TabGeometry::Places places)
 {
     Q_Q(BrowserTabBar);
     const int n = buttons.size();
@@ -427,7 +452,7 @@ void BrowserTabBarPrivate::SetContentWidth()
         }
         width = qMin(width, q->width() - q->ButtonMarginRight() - newTabWidth);
     }
-    TabGeometry::SetFixedSize(contentWidget, QSize(width, q->height()));
+    TabGeometry::SetFixedSize(contentWidget, QSize(width, q->height()), places);
     TabGeometry::Move(contentWidget, QPoint(0, 0));
     framesWidth = q->width();
 
@@ -438,7 +463,6 @@ void BrowserTabBarPrivate::SetContentWidth()
     else
         x = TabGeometry::X(contentWidget) + contentWidget->width() + q->ButtonMarginRight();
     TabGeometry::Move(newTabButton, QPoint(x, y));
-    UpdateButtonForms();
 }
 
 void BrowserTabBarPrivate::UpdateButtonForms()
@@ -482,6 +506,7 @@ void BrowserTabBarPrivate::DragTo(const QPoint &globalPos)
         dragging = true;
         newTabButton->hide();
         SetContentWidth();
+        UpdateButtonForms();
     }
 
     int x = LogicalX(globalPos) + pressOffset.x();

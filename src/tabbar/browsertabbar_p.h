@@ -7,6 +7,7 @@
 #include "browsertabbarbase_p.h"
 #include "browsertabbar.h"
 #include "browsertabbuttonbg.h"
+#include "tabgeometry_p.h"
 
 #include <QPixmap>
 
@@ -32,18 +33,20 @@ public:
     // builds for one width at a time, so the bar keeps what it built for the last few
     // widths (copies share the pixels). With the cache alone, painting the strip would
     // stretch the images again at every change between those widths, several times
-    // per paint.
+    // per paint. Right to left the kept backgrounds are mirrored once, so that a paint
+    // is a plain copy, not a transformed one.
     BrowserTabButtonBg buttonBg;
     struct Backgrounds
     {
         int width = 0;
+        bool mirrored = false;
         QPixmap front, back, backHover;
         quint64 used = 0; // when it last served, so that the oldest makes room
     };
     static constexpr int kBackgroundWidths = 3;
     Backgrounds backgrounds[kBackgroundWidths];
     quint64 backgroundClock = 0;
-    QPixmap *ButtonBg(int width, bool checked, bool hovered);
+    QPixmap *ButtonBg(int width, bool checked, bool hovered, bool mirrored = false);
 
     BrowserTabButton *Button(int index) const;
     void InitContent();
@@ -52,7 +55,7 @@ public:
     void ResizeButtons();
     void ResizeLastButtons();
     void ResetButtons();
-    void SetContentWidth();
+    void SetContentWidth(TabGeometry::Places places = TabGeometry::Places::Keep);
     /** Gives the tabs in view their inner widgets and takes them from the others. */
     void UpdateButtonForms();
     void SortButtons();

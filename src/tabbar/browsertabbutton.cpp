@@ -2,6 +2,7 @@
 #include "browsertabbutton.h"
 
 #include "browsertabbar.h"
+#include "browsertabbar_p.h"
 #include "browsertabbutton_p.h"
 #include "dpitool.h"
 #include "kellabel.h"
@@ -71,6 +72,13 @@ BrowserTabButtonPrivate::~BrowserTabButtonPrivate() = default;
 BrowserTabBar *BrowserTabButtonPrivate::Bar() const
 {
     return static_cast<BrowserTabBar *>(bar.data());
+}
+
+const QPixmap *BrowserTabButtonPrivate::Background() const
+{
+    Q_Q(const BrowserTabButton);
+    // The tab's slanted edges lean the other way when the strip runs leftwards.
+    return Bar()->d_func()->ButtonBg(q->width(), checked, hovered, q->isRightToLeft());
 }
 
 BrowserTabButton::BrowserTabButton(TabDataPtr tabData, const QString &iconPath, bool loading,
@@ -467,14 +475,8 @@ void BrowserTabButton::paintEvent(QPaintEvent *event)
     Q_UNUSED(event)
     if (!d->bar)
         return;
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    if (const QPixmap *background = d->Bar()->GetButtonBg(width(), d->checked, d->hovered)) {
-        // The tab's slanted edges lean the other way when the strip runs leftwards.
-        if (isRightToLeft()) {
-            painter.translate(width(), 0);
-            painter.scale(-1, 1);
-        }
+    if (const QPixmap *background = d->Background()) {
+        QPainter painter(this);
         painter.drawPixmap(0, 0, *background);
     }
 }

@@ -35,6 +35,8 @@ public:
     QString shownIconName;
 
     BrowserTabBar *Bar() const;
+    /** The bar's background for the button's width and state, mirrored right to left; null without one. */
+    const QPixmap *Background() const;
     void InitFrame();
     void InitButton();
     /**

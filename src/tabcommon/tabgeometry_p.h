@@ -107,20 +107,26 @@ inline void MirrorDescendants(QWidget *widget)
     }
 }
 
+/** What a change of width does, right to left, to the places of a widget and its children. */
+enum class Places {
+    Keep, ///< they keep their logical places (their distances from the right edges)
+    Leave ///< nothing moves on the screen, for a caller that places them all next
+};
+
 /**
  * Fixes @p widget to @p size (negative sizes are taken as 0) unless it already is.
  * Mirrored, a change of width keeps the widget's logical place (its right edge) and
- * the logical places of its children, in one geometry change. Returns whether anything
- * changed.
+ * the logical places of its children, in one geometry change, unless @p places says
+ * to leave them. Returns whether anything changed.
  */
-inline bool SetFixedSize(QWidget *widget, QSize size)
+inline bool SetFixedSize(QWidget *widget, QSize size, Places places = Places::Keep)
 {
     size = size.expandedTo(QSize(0, 0));
     if (widget->minimumSize() == size && widget->maximumSize() == size && widget->size() == size)
         return false;
     const int delta = size.width() - widget->width();
     const bool mirroredInParent = Mirrored(widget->parentWidget());
-    if (delta == 0 || (!mirroredInParent && !widget->isRightToLeft())) {
+    if (delta == 0 || places == Places::Leave || (!mirroredInParent && !widget->isRightToLeft())) {
         widget->setFixedSize(size);
         return true;
     }

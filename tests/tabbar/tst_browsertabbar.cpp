@@ -41,6 +41,8 @@ private Q_SLOTS:
     // look
     void renderLook_data();
     void renderLook();
+    void mirroredTabsPaintTheMirroredBackground_data();
+    void mirroredTabsPaintTheMirroredBackground();
 
 private:
     std::unique_ptr<Environment> m_env;
@@ -420,6 +422,47 @@ void TstBrowserTabBar::renderLook()
     }
 }
 
+// What the button itself paints, without its children: the background.
+static QImage PaintedBackground(QWidget *button)
+{
+    QImage image(button->size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    button->render(&image, QPoint(), QRegion(), QWidget::RenderFlags());
+    return image;
+}
+
+void TstBrowserTabBar::mirroredTabsPaintTheMirroredBackground_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<bool>("hovered");
+    QTest::newRow("current") << 1 << false;
+    QTest::newRow("other") << 0 << false;
+    QTest::newRow("other, hovered") << 2 << true;
+}
+
+void TstBrowserTabBar::mirroredTabsPaintTheMirroredBackground()
+{
+    QFETCH(int, index);
+    QFETCH(bool, hovered);
+    // The same strip both ways; right to left the slanted edges lean the other way.
+    auto leftToRight = MakeBar(600, 4);
+    auto rightToLeft = MakeBar(600, 4);
+    leftToRight->setLayoutDirection(Qt::LeftToRight); // also when the tests run mirrored
+    rightToLeft->setLayoutDirection(Qt::RightToLeft);
+    for (BrowserTabBar *bar : {leftToRight.get(), rightToLeft.get()}) {
+        bar->setCurrentIndex(1);
+        if (hovered)
+            SendEvent(ButtonAt(bar, index), QEvent::Enter);
+    }
+    BrowserTabButton *left = ButtonAt(leftToRight.get(), index);
+    BrowserTabButton *right = ButtonAt(rightToLeft.get(), index);
+    QCOMPARE(right->size(), left->size());
+    const QImage expected = PaintedBackground(left).mirrored(true, false);
+    QVERIFY(!expected.isNull());
+    // Asymmetric, or the comparison below would prove nothing.
+    QVERIFY(expected != PaintedBackground(left));
+    QCOMPARE(PaintedBackground(right), expected);
+}
 
 KELTAB_TEST_MAIN(TstBrowserTabBar)
 #include "tst_browsertabbar.moc"

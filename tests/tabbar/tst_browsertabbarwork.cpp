@@ -2,7 +2,8 @@
 // The classic tab strip's work per operation does not grow with the number of tabs:
 // the same operation on a strip of 20 tabs and on one of 200 re-polishes as many
 // widgets, renders as many backgrounds and, where no width changes, moves as many
-// buttons. Counted, not timed, so that a loaded machine cannot make it flake.
+// buttons; and each tab moves at most once, right to left as well. Counted, not
+// timed, so that a loaded machine cannot make it flake.
 
 #include "keltabtest.h"
 #include "classicbartest.h"
@@ -39,10 +40,12 @@ private Q_SLOTS:
     void switchRepolishesOnlyWhatCanChange();
     void paintingReusesBackgroundsOfEveryWidth();
     void tabsComingIntoViewShowTheirState();
+    void eachTabMovesOnceWhateverTheDirection_data();
+    void eachTabMovesOnceWhateverTheDirection();
 
 private:
     // A shown window with the library's default style sheet, holding a bar of @p tabs tabs.
-    BrowserTabBar *MakeBar(int tabs);
+    BrowserTabBar *MakeBar(int tabs, Qt::LayoutDirection direction = QGuiApplication::layoutDirection());
     // Runs @p operation on the bar and lets the event loop paint; returns its work.
     Work Measure(const QString &operation, BrowserTabBar *bar);
 
@@ -63,9 +66,10 @@ void TstBrowserTabBarWork::cleanup()
     m_env.reset();
 }
 
-BrowserTabBar *TstBrowserTabBarWork::MakeBar(int tabs)
+BrowserTabBar *TstBrowserTabBarWork::MakeBar(int tabs, Qt::LayoutDirection direction)
 {
     m_window = std::make_unique<QWidget>();
+    m_window->setLayoutDirection(direction);
     m_window->setStyleSheet(KelTabStyle::DefaultStyleSheet());
     auto *bar = new TestBar(m_window.get());
     bar->InitMenu();
@@ -212,6 +216,76 @@ void TstBrowserTabBarWork::tabsComingIntoViewShowTheirState()
     QVERIFY(CloseButtonOf(current)->isVisible());
     // The rest of the strip's tabs are narrow: their close buttons show only on hover.
     QVERIFY(!CloseButtonOf(ButtonAt(bar, 33))->isVisible());
+}
+namespace {
+
+// Counts the moves of each widget it watches, as their move events tell them.
+class MoveCounter : public QObject
+{
+public:
+    explicit MoveCounter(const QVector<BrowserTabButton *> &buttons)
+    {
+        for (BrowserTabButton *button : buttons)
+            button->installEventFilter(this);
+    }
+    QHash<QObject *, int> moves;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Move)
+            ++moves[watched];
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+} // namespace
+
+void TstBrowserTabBarWork::eachTabMovesOnceWhateverTheDirection_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<int>("tabs");
+    // What the operation changes, so that each row is sure to test what it says.
+    QTest::addColumn<bool>("tabsResized");
+    QTest::addColumn<bool>("stripResized");
+    QTest::newRow("add, tabs narrower") << QStringLiteral("add") << 8 << true << false;
+    QTest::newRow("insert, tabs narrower") << QStringLiteral("insert") << 8 << true << false;
+    QTest::newRow("remove, tabs wider") << QStringLiteral("remove") << 8 << true << false;
+    QTest::newRow("remove current") << QStringLiteral("remove current") << 8 << true << false;
+    QTest::newRow("add, strip wider") << QStringLiteral("add") << 2 << false << true;
+    QTest::newRow("add, strip wider and tabs narrower") << QStringLiteral("add") << 3 << true << true;
+}
+
+void TstBrowserTabBarWork::eachTabMovesOnceWhateverTheDirection()
+{
+    // Right to left a tab's place counts from the strip's right edge, which moves with
+    // the strip's width, and its left edge moves with its own width; still every tab
+    // moves at most once, straight to its new place.
+    QFETCH(QString, operation);
+    QFETCH(int, tabs);
+    QFETCH(bool, tabsResized);
+    QFETCH(bool, stripResized);
+    int moves = 0;
+    const Qt::LayoutDirection directions[2] = {Qt::LeftToRight, Qt::RightToLeft};
+    for (int i = 0; i < 2; ++i) {
+        BrowserTabBar *bar = MakeBar(tabs, directions[i]);
+        QVERIFY(bar);
+        const QWidget *strip = bar->TabButton(0)->parentWidget();
+        const int tabWidth = bar->TabButton(0)->width();
+        const int stripWidth = strip->width();
+        MoveCounter counter(Buttons(bar));
+        Measure(operation, bar);
+        QCOMPARE(bar->TabButton(0)->width() != tabWidth, tabsResized);
+        QCOMPARE(strip->width() != stripWidth, stripResized);
+        for (auto it = counter.moves.cbegin(); it != counter.moves.cend(); ++it) {
+            QVERIFY2(it.value() == 1, qPrintable(QStringLiteral("%1 moves of %2 (%3)")
+                                                     .arg(it.value())
+                                                     .arg(it.key()->objectName())
+                                                     .arg(directions[i] == Qt::LeftToRight ? "ltr" : "rtl")));
+            moves += it.value();
+        }
+    }
+    QVERIFY(moves > 0);
 }
 
 KELTAB_TEST_MAIN(TstBrowserTabBarWork)
