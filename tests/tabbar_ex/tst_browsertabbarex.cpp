@@ -1032,7 +1032,6 @@ void TstBrowserTabBarEx::layoutShowsSeparatorsAHostHid()
     QVERIFY(bar->TabButton(1)->IsSeparatorVisible());
     QVERIFY(!bar->TabButton(2)->IsSeparatorVisible());
     QVERIFY(!bar->TabButton(3)->IsSeparatorVisible());
-    QVERIFY(bar->TabButton(0)->IsSeparatorVisible());
 }
 
 void TstBrowserTabBarEx::separatorsInOverflowHideLastFixed()
