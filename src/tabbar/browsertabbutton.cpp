@@ -77,6 +77,8 @@ BrowserTabBar *BrowserTabButtonPrivate::Bar() const
 const QPixmap *BrowserTabButtonPrivate::Background() const
 {
     Q_Q(const BrowserTabButton);
+    if (!bar)
+        return nullptr;
     // The tab's slanted edges lean the other way when the strip runs leftwards.
     return Bar()->d_func()->ButtonBg(q->width(), checked, hovered, q->isRightToLeft());
 }
@@ -473,8 +475,6 @@ void BrowserTabButton::paintEvent(QPaintEvent *event)
 {
     Q_D(BrowserTabButton);
     Q_UNUSED(event)
-    if (!d->bar)
-        return;
     if (const QPixmap *background = d->Background()) {
         QPainter painter(this);
         painter.drawPixmap(0, 0, *background);

@@ -35,7 +35,7 @@ public:
     QString shownIconName;
 
     BrowserTabBar *Bar() const;
-    /** The bar's background for the button's width and state, mirrored right to left; null without one. */
+    /** The bar's background for the button's width and state, mirrored right to left; null without a bar. */
     const QPixmap *Background() const;
     void InitFrame();
     void InitButton();
