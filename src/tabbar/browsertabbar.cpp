@@ -228,7 +228,6 @@ void BrowserTabBarPrivate::AdjustForDpi()
         Button(i)->UpdateCloseButton();
     }
     SetContentWidth();
-    UpdateButtonForms();
     q->update();
 }
 

@@ -448,10 +448,12 @@ void BrowserTabBarExPrivate::ResizeButtons()
     for (int i = from; i < count; ++i) {
         TabWorkCounter::Add(TabWorkCounter::TabVisit);
         BrowserTabButtonBase *button = buttons.at(i);
+        if (dragging && button == pressedButton) {
+            x += button->width(); // floats where the pointer holds it
+            continue;
+        }
         bool moved = false;
-        if (dragging && button == pressedButton)
-            moved = true; // floats where the pointer holds it
-        else if (button->parentWidget() == contentStrip)
+        if (button->parentWidget() == contentStrip)
             moved = TabGeometry::MoveIn(button, mirrored, stripWidth, QPoint(x, top));
         else
             moved = TabGeometry::Move(button, QPoint(x, top)); // a fixed tab the host moved along

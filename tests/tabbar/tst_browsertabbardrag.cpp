@@ -30,6 +30,8 @@ private Q_SLOTS:
     void hideNewTabButtonSurvivesDrags();
     void tabButtonMovedFollowsEachHandledMove();
     void pressedTabRemovedDuringDrag();
+    void heldTabKeepsItsPlaceWhenTheStripChanges_data();
+    void heldTabKeepsItsPlaceWhenTheStripChanges();
 
 private:
     std::unique_ptr<Environment> m_env;
@@ -257,6 +259,37 @@ void TstBrowserTabBarDrag::pressedTabRemovedDuringDrag()
     again.Release();
 }
 
+void TstBrowserTabBarDrag::heldTabKeepsItsPlaceWhenTheStripChanges_data()
+{
+    QTest::addColumn<int>("tabs");
+    // What adding a tab changes, so that each row is sure to test what it says.
+    QTest::addColumn<bool>("tabsResized");
+    QTest::addColumn<bool>("stripResized");
+    QTest::newRow("strip wider") << 2 << false << true;
+    QTest::newRow("tabs narrower") << 6 << true << false;
+}
+
+void TstBrowserTabBarDrag::heldTabKeepsItsPlaceWhenTheStripChanges()
+{
+    QFETCH(int, tabs);
+    QFETCH(bool, tabsResized);
+    QFETCH(bool, stripResized);
+    auto bar = MakeBar(800, tabs);
+    SlotDrag drag(bar.get(), 1);
+    BrowserTabButton *held = drag.Button();
+    QVERIFY(held->IsPressed());
+    // The edge the tab starts at on the screen: its right one when mirrored.
+    const auto startEdge = [held] { return held->mapToGlobal(QPoint(held->isRightToLeft() ? held->width() : 0, 0)); };
+    const QPoint before = startEdge();
+    const int width = held->width();
+    const int stripWidth = held->parentWidget()->width();
+    bar->addTab(MakeTab(QStringLiteral("new")));
+    QCOMPARE(held->width() != width, tabsResized);
+    QCOMPARE(held->parentWidget()->width() != stripWidth, stripResized);
+    // The other tabs take their new places; the held one stays under the pointer.
+    QCOMPARE(startEdge(), before);
+    drag.Release();
+}
 
 KELTAB_TEST_MAIN(TstBrowserTabBarDrag)
 #include "tst_browsertabbardrag.moc"

@@ -1018,10 +1018,12 @@ void TstBrowserTabBarEx::layoutShowsSeparatorsAHostHid()
     TestTabBarEx *bar = MakeShownBar(5); // shown, so that a resize lays it out at once
     QVERIFY(bar);
     bar->setCurrentIndex(3);
-    // A host hides separators the bar shows; tab 4 is the one a removal would take.
+    // A host hides a separator the bar shows and shows one the bar hides (the current
+    // tab's left neighbour's); tab 4 is the one a removal would take.
     bar->TabButton(1)->SetSeparatorVisible(false);
-    bar->TabButton(3)->SetSeparatorVisible(true);
+    bar->TabButton(2)->SetSeparatorVisible(true);
     QVERIFY(!bar->TabButton(1)->IsSeparatorVisible());
+    QVERIFY(bar->TabButton(2)->IsSeparatorVisible());
     if (layout == QLatin1String("add"))
         Fill(*bar, 1);
     else if (layout == QLatin1String("remove"))
