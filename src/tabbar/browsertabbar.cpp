@@ -106,7 +106,7 @@ BrowserTabButtonBase *BrowserTabBarPrivate::CreateButton(const TabDataPtr &tab, 
 {
     Q_Q(BrowserTabBar);
     // Without its inner widgets: the layout that follows makes them if the tab is in view.
-    return new BrowserTabButton(tab, iconPath, loading, q, contentWidget, BrowserTabButton::FormMode::Deferred);
+    return new BrowserTabButton(tab, iconPath, loading, q, contentWidget);
 }
 
 void BrowserTabBarPrivate::Relayout()

@@ -85,18 +85,12 @@ const QPixmap *BrowserTabButtonPrivate::Background() const
 
 BrowserTabButton::BrowserTabButton(TabDataPtr tabData, const QString &iconPath, bool loading,
                                    BrowserTabBar *bar, QWidget *parent)
-    : BrowserTabButton(std::move(tabData), iconPath, loading, bar, parent, FormMode::Created)
-{
-}
-
-BrowserTabButton::BrowserTabButton(TabDataPtr tabData, const QString &iconPath, bool loading,
-                                   BrowserTabBar *bar, QWidget *parent, FormMode mode)
     : BrowserTabButtonBase(*new BrowserTabButtonPrivate, std::move(tabData), iconPath, loading, bar, parent)
 {
     Q_D(BrowserTabButton);
     d->InitFrame();
     // A home-page tab keeps its form for good: its frame is all it shows.
-    if (mode == FormMode::Created || d->IsHomePage())
+    if (!d->formDeferred || d->IsHomePage())
         d->CreateForm();
     d->SetChecked(false);
     d->InitButton();

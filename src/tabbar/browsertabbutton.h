@@ -80,7 +80,4 @@ protected:
 private:
     Q_DECLARE_PRIVATE(BrowserTabButton)
     friend class BrowserTabBarPrivate;
-    // For the bar: a button whose inner widgets may wait until it comes into view.
-    BrowserTabButton(TabDataPtr tabData, const QString &iconPath, bool loading, BrowserTabBar *bar, QWidget *parent,
-                     FormMode mode);
 };

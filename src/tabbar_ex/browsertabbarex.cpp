@@ -178,7 +178,7 @@ BrowserTabButtonBase *BrowserTabBarExPrivate::CreateButton(const TabDataPtr &tab
     // FixedTabCount() buttons ever present are the fixed ones.
     QWidget *parent = buttons.size() < FixedCount() ? fixedArea : contentStrip;
     // Its inner widgets are made once a layout shows it (UpdateButtonForms()).
-    auto *button = new BrowserTabButtonEx(tab, iconPath, loading, q, parent, BrowserTabButtonEx::FormMode::Deferred);
+    auto *button = new BrowserTabButtonEx(tab, iconPath, loading, q, parent);
     // Hidden until a layout places it. Qt repaints where a widget lies when it is
     // lowered, hidden or not: it waits outside the strip, where that costs nothing.
     button->move(-button->width(), 0);

@@ -102,21 +102,15 @@ BrowserTabBarEx *BrowserTabButtonExPrivate::Bar() const
 
 BrowserTabButtonEx::BrowserTabButtonEx(TabDataPtr tabData, const QString &iconPath, bool loading,
                                        BrowserTabBarEx *bar, QWidget *parent)
-    : BrowserTabButtonEx(std::move(tabData), iconPath, loading, bar, parent, FormMode::Created)
-{
-}
-
-BrowserTabButtonEx::BrowserTabButtonEx(TabDataPtr tabData, const QString &iconPath, bool loading,
-                                       BrowserTabBarEx *bar, QWidget *parent, FormMode mode)
     : BrowserTabButtonBase(*new BrowserTabButtonExPrivate, std::move(tabData), iconPath, loading, bar, parent)
 {
     Q_D(BrowserTabButtonEx);
-    d->Init(mode);
+    d->Init();
 }
 
 BrowserTabButtonEx::~BrowserTabButtonEx() = default;
 
-void BrowserTabButtonExPrivate::Init(BrowserTabButtonEx::FormMode mode)
+void BrowserTabButtonExPrivate::Init()
 {
     Q_Q(BrowserTabButtonEx);
     if (q->objectName().isEmpty())
@@ -126,7 +120,6 @@ void BrowserTabButtonExPrivate::Init(BrowserTabButtonEx::FormMode mode)
     q->setContextMenuPolicy(Qt::NoContextMenu);
     q->setWindowTitle(QStringLiteral("BrowserTabButtonBase"));
     q->setLineWidth(0);
-    formDeferred = mode == BrowserTabButtonEx::FormMode::Deferred;
     if (!formDeferred)
         CreateForm();
 

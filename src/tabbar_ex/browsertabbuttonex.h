@@ -77,7 +77,4 @@ protected:
 private:
     Q_DECLARE_PRIVATE(BrowserTabButtonEx)
     friend class BrowserTabBarExPrivate;
-    // For the bar: a button whose inner widgets wait until it comes into view.
-    BrowserTabButtonEx(TabDataPtr tabData, const QString &iconPath, bool loading, BrowserTabBarEx *bar,
-                       QWidget *parent, FormMode mode);
 };

@@ -43,8 +43,6 @@ public:
     // of tabs keeps one widget per tab, not six. Every state change is kept in the
     // fields below and applied when the widgets are made.
     std::unique_ptr<Form> form;
-    // Made for the bar: shown while it holds its inner widgets, hidden while it does not.
-    bool formDeferred = false;
     bool separatorShown = false;
     bool iconShown = true;
     bool loadingShown = false;
@@ -59,7 +57,7 @@ public:
     int titlePixelSize = 0; // the title font, as set at construction or by ApplyFont()
 
     BrowserTabBarEx *Bar() const;
-    void Init(BrowserTabButtonEx::FormMode mode);
+    void Init();
     void InitButton();
     void CreateForm();
     void ReleaseForm();

@@ -19,6 +19,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -334,6 +335,13 @@ void BrowserTabBarBasePrivate::NotifyTab(BrowserTabButtonBase *button, int type)
     QAccessible::updateAccessibility(&event);
 }
 
+BrowserTabButtonBase *BrowserTabBarBasePrivate::MakeButton(const TabDataPtr &tab, const QString &iconPath,
+                                                          bool loading)
+{
+    const QScopedValueRollback<bool> making(makingButton, true);
+    return CreateButton(tab, iconPath, loading);
+}
+
 bool BrowserTabBarBasePrivate::IsTabKey(const QKeyEvent *event) const
 {
     const Qt::KeyboardModifiers mods = event->modifiers() & ~Qt::KeypadModifier;
@@ -530,7 +538,7 @@ int BrowserTabBarBase::insertTab(int index, TabDataPtr tab, const QString &iconP
         qWarning("%s::insertTab: a null tab record is ignored", metaObject()->className());
         return -1;
     }
-    index = d->InsertButton(index, d->CreateButton(tab, iconPath, loading));
+    index = d->InsertButton(index, d->MakeButton(tab, iconPath, loading));
     d->Relayout();
     BrowserTabBarBasePrivate::NotifyTab(d->buttons.at(index), QAccessible::ObjectCreated);
     d->ResyncPointer();

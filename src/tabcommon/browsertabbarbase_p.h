@@ -57,6 +57,10 @@ public:
     // buttons itself (checkedKnown false), which the next switch puts right.
     QPointer<BrowserTabButtonBase> checkedButton;
     bool checkedKnown = true;
+    // True while MakeButton() makes a button: a button the bar makes itself gets its
+    // inner widgets only once a layout shows it, which is what lets a strip hold
+    // thousands of tabs.
+    bool makingButton = false;
     int firstIndex = 0;    // lowest index a dragged tab may take
     int buttonWidth = 0;   // every movable tab
     int extraPixels = 0;   // movable tabs, from the first, that are one pixel wider
@@ -204,10 +208,15 @@ public:
     bool IsTabKey(const QKeyEvent *event) const;
     /** Sends @p type about the tab button @p button to assistive technology. */
     static void NotifyTab(BrowserTabButtonBase *button, int type);
+    /** The button of a new tab, made by the strip (CreateButton()) as the bar's own. */
+    BrowserTabButtonBase *MakeButton(const TabDataPtr &tab, const QString &iconPath, bool loading);
 
     // --- what each strip supplies ---------------------------------------------------
 
-    /** Makes the button of a new tab, parented where the strip keeps it. */
+    /**
+     * Makes the button of a new tab, parented where the strip keeps it. Called only
+     * through MakeButton(), so that the button knows it is the bar's own.
+     */
     virtual BrowserTabButtonBase *CreateButton(const TabDataPtr &tab, const QString &iconPath, bool loading) = 0;
     /** A full relayout: widths, places, frames (ResizeButtons). */
     virtual void Relayout() = 0;

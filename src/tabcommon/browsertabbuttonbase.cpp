@@ -49,6 +49,7 @@ BrowserTabButtonBase::BrowserTabButtonBase(BrowserTabButtonBasePrivate &dd, TabD
     d->q_ptr = this;
     d->loading = loading;
     d->bar = bar;
+    d->formDeferred = bar && bar->d_func()->makingButton;
     // Every operation reads the record; a button without one would be a trap.
     d->tabData = tabData ? std::move(tabData) : TabDataPtr(new TabData);
     d->iconPath = iconPath;

@@ -90,15 +90,6 @@ public Q_SLOTS:
 
 protected:
     /**
-     * When a button its bar makes gets its inner widgets (icon, title, close button):
-     * at once, or once the tab first comes into view.
-     */
-    enum class FormMode {
-        Created, ///< made with the button
-        Deferred ///< made by the bar's layout once the tab is in view
-    };
-
-    /**
      * Constructs the button around @p dd, the private state of the strip's own button,
      * which it owns from then on. Only the two strips' buttons call it.
      * @param dd       the derived button's private state

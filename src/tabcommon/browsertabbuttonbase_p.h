@@ -31,6 +31,9 @@ public:
     bool loading = false; // the page is loading
     bool hovered = false; // the pointer is over the button
     bool listed = false;  // in its bar's list of tabs (false once removed, while it waits for deletion)
+    // Made by its bar for a new tab: the inner widgets (icon, title, close button) wait
+    // until a layout shows the tab. A button a host makes has them from the start.
+    bool formDeferred = false;
     QPointer<BrowserTabBarBase> bar;
     TabDataPtr tabData;
     QString requestedIconUrl; // the address last asked of the image cache
