@@ -4,7 +4,6 @@
 #include "hometabpolicybar.h"
 
 #include <KelTabContainer/browsertabbar.h>
-#include <KelTabContainer/browsertabbutton.h>
 
 /**
  * The window's classic tab strip: BrowserTabBar with the window's tab policy
@@ -15,11 +14,7 @@ class HomeTabBar : public HomeTabPolicyBar<BrowserTabBar>
 {
     Q_OBJECT
 public:
-    /** The class of the bar's tab buttons. */
-    using Button = BrowserTabButton;
-
-    explicit HomeTabBar(const ClosedTabStack *closedTabs, QWidget *parent = nullptr);
-    ~HomeTabBar() override;
+    using HomeTabPolicyBar<BrowserTabBar>::HomeTabPolicyBar;
 
 protected:
     QString GetPluginIconUrl(const QString &pluginCode) override;

@@ -6,8 +6,6 @@ HomeTabBarEx::HomeTabBarEx(const ClosedTabStack *closedTabs, QWidget *parent)
 {
 }
 
-HomeTabBarEx::~HomeTabBarEx() = default;
-
 QString HomeTabBarEx::GetPluginIconUrl(const QString &pluginCode) const
 {
     Q_UNUSED(pluginCode)

@@ -4,7 +4,6 @@
 #include "hometabpolicybar.h"
 
 #include <KelTabContainer/browsertabbarex.h>
-#include <KelTabContainer/browsertabbuttonex.h>
 
 /**
  * The window's scrolling tab strip: BrowserTabBarEx with the window's tab policy
@@ -14,11 +13,7 @@ class HomeTabBarEx : public HomeTabPolicyBar<BrowserTabBarEx>
 {
     Q_OBJECT
 public:
-    /** The class of the bar's tab buttons. */
-    using Button = BrowserTabButtonEx;
-
     explicit HomeTabBarEx(const ClosedTabStack *closedTabs, QWidget *parent = nullptr);
-    ~HomeTabBarEx() override;
 
 Q_SIGNALS:
     /** The reload icon of the current tab was clicked. */

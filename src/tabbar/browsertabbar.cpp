@@ -477,9 +477,9 @@ void BrowserTabBarPrivate::UpdateButtonForms()
         const int x = TabGeometry::X(button);
         const int right = x + button->width();
         if (x < visibleWidth && right > 0)
-            button->d_func()->ShowForm(true);
+            BrowserTabButtonPrivate::get(button)->ShowForm(true);
         else if (x >= keepWidth || right <= 0)
-            button->d_func()->ShowForm(false);
+            BrowserTabButtonPrivate::get(button)->ShowForm(false);
     }
 }
 

@@ -69,6 +69,4 @@ protected:
 
 private:
     Q_DECLARE_PRIVATE(BrowserTabBar)
-    friend class BrowserTabBarPrivate;
-    friend class BrowserTabButtonPrivate; // paints with the kept backgrounds
 };

@@ -22,6 +22,10 @@ public:
     BrowserTabBarPrivate();
     ~BrowserTabBarPrivate() override;
 
+    /** The private state of @p bar (not null). */
+    static BrowserTabBarPrivate *get(BrowserTabBar *bar) { return bar->d_func(); }
+    static const BrowserTabBarPrivate *get(const BrowserTabBar *bar) { return bar->d_func(); }
+
     void Init();
 
     QFrame *contentWidget = nullptr;      // holds the tab buttons; its width is the strip's

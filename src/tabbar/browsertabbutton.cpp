@@ -80,7 +80,7 @@ const QPixmap *BrowserTabButtonPrivate::Background() const
     if (!bar)
         return nullptr;
     // The tab's slanted edges lean the other way when the strip runs leftwards.
-    return Bar()->d_func()->ButtonBg(q->width(), checked, hovered, q->isRightToLeft());
+    return BrowserTabBarPrivate::get(Bar())->ButtonBg(q->width(), checked, hovered, q->isRightToLeft());
 }
 
 BrowserTabButton::BrowserTabButton(TabDataPtr tabData, const QString &iconPath, bool loading,

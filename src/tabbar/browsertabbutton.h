@@ -79,5 +79,4 @@ protected:
 
 private:
     Q_DECLARE_PRIVATE(BrowserTabButton)
-    friend class BrowserTabBarPrivate;
 };

@@ -292,6 +292,12 @@ QString BrowserTabBarExPrivate::PluginIconUrl(const QString &pluginCode)
     return q->GetPluginIconUrl(pluginCode);
 }
 
+QString BrowserTabBarExPrivate::CheckedIcon(const TabDataPtr &tab)
+{
+    Q_Q(BrowserTabBarEx);
+    return q->GetCheckedIcon(tab);
+}
+
 void BrowserTabBarExPrivate::AdjustForDpi()
 {
     Q_Q(BrowserTabBarEx);
@@ -299,7 +305,7 @@ void BrowserTabBarExPrivate::AdjustForDpi()
     // A button whose size does not change gets no resize event; its inner layout must
     // follow the new factor all the same. Its title font stays as it was made.
     for (BrowserTabButtonBase *button : qAsConst(buttons)) {
-        BrowserTabButtonExPrivate *b = static_cast<BrowserTabButtonEx *>(button)->d_func();
+        BrowserTabButtonExPrivate *b = BrowserTabButtonExPrivate::get(static_cast<BrowserTabButtonEx *>(button));
         b->UpdateLayout();
         b->UpdateCloseButton();
     }
@@ -660,7 +666,7 @@ void BrowserTabBarExPrivate::UpdateButtonForms()
     }
 
     for (int i = 0; i < fixedCount; ++i)
-        static_cast<BrowserTabButtonEx *>(buttons.at(i))->d_func()->CreateForm();
+        BrowserTabButtonExPrivate::get(static_cast<BrowserTabButtonEx *>(buttons.at(i)))->CreateForm();
     // Those awake so far that are now far away, or no longer tabs of this strip.
     const QVector<QPointer<BrowserTabButtonBase>> before = std::exchange(awake, {});
     for (BrowserTabButtonBase *button : before) {
@@ -695,7 +701,7 @@ void BrowserTabBarExPrivate::UpdateButtonForm(BrowserTabButtonBase *button, int 
 {
     Q_Q(BrowserTabBarEx);
     TabWorkCounter::Add(TabWorkCounter::TabVisit);
-    BrowserTabButtonExPrivate *b = static_cast<BrowserTabButtonEx *>(button)->d_func();
+    BrowserTabButtonExPrivate *b = BrowserTabButtonExPrivate::get(static_cast<BrowserTabButtonEx *>(button));
     // Fixed tabs and a dragged one always keep theirs.
     if (button->parentWidget() != contentStrip || button->IsPressed()) {
         b->CreateForm();

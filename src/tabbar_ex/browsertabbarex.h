@@ -137,7 +137,4 @@ protected:
 
 private:
     Q_DECLARE_PRIVATE(BrowserTabBarEx)
-    friend class BrowserTabBarExPrivate;
-    // The buttons ask for the checked icon.
-    friend class BrowserTabButtonExPrivate;
 };

@@ -24,6 +24,10 @@ public:
     BrowserTabBarExPrivate();
     ~BrowserTabBarExPrivate() override;
 
+    /** The private state of @p bar (not null). */
+    static BrowserTabBarExPrivate *get(BrowserTabBarEx *bar) { return bar->d_func(); }
+    static const BrowserTabBarExPrivate *get(const BrowserTabBarEx *bar) { return bar->d_func(); }
+
     void Init();
 
     bool overflow = false;        // the scrolling tabs do not fit; arrows shown
@@ -86,6 +90,8 @@ public:
     void InitArrowFrame();
     BrowserTabButtonBase *CreateButton(const TabDataPtr &tab, const QString &iconPath, bool loading) override;
     QString PluginIconUrl(const QString &pluginCode) override;
+    /** The bar's checked icon for @p tab (BrowserTabBarEx::GetCheckedIcon()), for its buttons. */
+    QString CheckedIcon(const TabDataPtr &tab);
     void StackNewButton(BrowserTabButtonBase *button) override;
     QList<QWidget *> AccessibleControls() const override;
 

@@ -305,7 +305,7 @@ void BrowserTabButtonExPrivate::SetSeparatorVisible(bool visible)
     // The bar's next layout shows again every separator its rules do not hide, and
     // looks only at the tabs told to hide theirs: by the bar or by a host, this is one.
     if (!visible && bar)
-        Bar()->d_func()->SeparatorHidden(q);
+        BrowserTabBarExPrivate::get(Bar())->SeparatorHidden(q);
     const bool shown = visible && !checked && !hovered;
     if (shown == separatorShown)
         return;
@@ -383,7 +383,7 @@ void BrowserTabButtonExPrivate::ShowCustomIcon()
 {
     QString path;
     if (checked && checkedHover && !pressed && bar)
-        path = Bar()->GetCheckedIcon(tabData);
+        path = BrowserTabBarExPrivate::get(Bar())->CheckedIcon(tabData);
     if (path.isEmpty()) {
         ShowDefaultIcon();
         return;

@@ -76,5 +76,4 @@ protected:
 
 private:
     Q_DECLARE_PRIVATE(BrowserTabButtonEx)
-    friend class BrowserTabBarExPrivate;
 };

@@ -82,7 +82,7 @@ int BrowserTabBarBasePrivate::LogicalX(const QPoint &globalPos) const
 bool BrowserTabBarBasePrivate::IsListedButton(const QObject *object)
 {
     const auto *button = qobject_cast<const BrowserTabButtonBase *>(object);
-    return button && button->d_func()->listed;
+    return button && BrowserTabButtonBasePrivate::get(button)->listed;
 }
 
 int BrowserTabBarBasePrivate::InsertButton(int index, BrowserTabButtonBase *button)
@@ -93,7 +93,7 @@ int BrowserTabBarBasePrivate::InsertButton(int index, BrowserTabButtonBase *butt
     QObject::connect(button, &BrowserTabButtonBase::SigMenuClicked, q, &BrowserTabBarBase::SlotMenuClicked);
     QObject::connect(button, &BrowserTabButtonBase::SigButtonPressed, q, &BrowserTabBarBase::SlotButtonPressed);
     StackNewButton(button);
-    button->d_func()->listed = true;
+    BrowserTabButtonBasePrivate::get(button)->listed = true;
     index = qBound(0, index, buttons.size());
     buttons.insert(index, button);
     if (index <= currentIndex)
@@ -335,6 +335,12 @@ void BrowserTabBarBasePrivate::NotifyTab(BrowserTabButtonBase *button, int type)
     QAccessible::updateAccessibility(&event);
 }
 
+bool BrowserTabBarBasePrivate::ClosesOnDoubleClick() const
+{
+    Q_Q(const BrowserTabBarBase);
+    return q->IsDoubleCloseTab();
+}
+
 BrowserTabButtonBase *BrowserTabBarBasePrivate::MakeButton(const TabDataPtr &tab, const QString &iconPath,
                                                           bool loading)
 {
@@ -475,8 +481,10 @@ BrowserTabBarBase::~BrowserTabBarBase()
     const QList<BrowserTabButtonBase *> all = findChildren<BrowserTabButtonBase *>();
     for (BrowserTabButtonBase *button : all) {
         disconnect(button, nullptr, this, nullptr);
-        button->d_func()->listed = false;
-        button->DetachFromBar();
+        BrowserTabButtonBasePrivate *b = BrowserTabButtonBasePrivate::get(button);
+        b->listed = false;
+        // From now on the button asks its bar nothing.
+        b->bar = nullptr;
     }
     d->buttons.clear();
     d->pressedButton = nullptr;
@@ -572,7 +580,7 @@ void BrowserTabBarBase::removeTab(int index)
     d->ListChanged(index, d->buttons.size() - 1);
     if (d->checkedButton == button)
         d->checkedButton = nullptr; // what waits for deletion keeps its look
-    button->d_func()->listed = false;
+    BrowserTabButtonBasePrivate::get(button)->listed = false;
     // A button waiting for deletion must not reach the bar any more.
     disconnect(button, nullptr, this, nullptr);
     // Told while the button still exists, so that a client can still ask about it.
@@ -629,16 +637,16 @@ void BrowserTabBarBase::setCurrentIndex(int index)
     BrowserTabButtonBase *current = d->ButtonAt(index);
     if (d->checkedKnown) {
         if (d->checkedButton && d->checkedButton != current)
-            d->checkedButton->d_func()->SetChecked(false);
+            BrowserTabButtonBasePrivate::get(d->checkedButton)->SetChecked(false);
     } else {
         for (BrowserTabButtonBase *button : qAsConst(d->buttons)) {
             if (button != current && button->IsChecked())
-                button->d_func()->SetChecked(false);
+                BrowserTabButtonBasePrivate::get(button)->SetChecked(false);
         }
         d->checkedKnown = true;
     }
     if (current && !current->IsChecked())
-        current->d_func()->SetChecked(true);
+        BrowserTabButtonBasePrivate::get(current)->SetChecked(true);
     d->checkedButton = current;
     d->CurrentTabChanged(previous);
     if (QAccessible::isActive()) {
@@ -864,7 +872,7 @@ void BrowserTabBarBase::SlotMenuClicked(TabDataPtr tab)
     // A request that follows a right press on the tab comes from the user: the menu opens
     // where the click was. One from code opens where the pointer is, or, where the
     // platform cannot tell that, under the tab as from the keyboard.
-    const bool rightClicked = button->d_func()->rightPressSerial > d->menuPressSerial;
+    const bool rightClicked = BrowserTabButtonBasePrivate::get(button)->rightPressSerial > d->menuPressSerial;
     QPoint globalPos;
     if (rightClicked)
         globalPos = button->LastPressGlobalPos();
@@ -994,7 +1002,7 @@ bool BrowserTabBarBase::event(QEvent *event)
     if (event->type() == QEvent::LayoutDirectionChange) {
         TabGeometry::MirrorDescendants(this);
         for (BrowserTabButtonBase *button : qAsConst(d->buttons))
-            button->d_func()->DirectionChanged();
+            BrowserTabButtonBasePrivate::get(button)->DirectionChanged();
         d->DirectionChanged();
         update(); // the tabs' pictures and texts are drawn the other way round
     }

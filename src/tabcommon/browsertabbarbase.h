@@ -294,11 +294,4 @@ protected:
 
 private:
     Q_DECLARE_PRIVATE(BrowserTabBarBase)
-    friend class BrowserTabBarBasePrivate;
-    // The buttons ask the bar's policy (double click, plug-in icons).
-    friend class BrowserTabButtonBase;
-    friend class BrowserTabButtonBasePrivate;
-    // The accessible interfaces read the keyboard focus and the strip's own buttons.
-    friend class TabBarAccessible;
-    friend class TabButtonAccessible;
 };

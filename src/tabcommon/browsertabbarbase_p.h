@@ -41,6 +41,10 @@ public:
     explicit BrowserTabBarBasePrivate(const Metrics &metrics);
     virtual ~BrowserTabBarBasePrivate();
 
+    /** The private state of @p bar (not null). */
+    static BrowserTabBarBasePrivate *get(BrowserTabBarBase *bar) { return bar->d_func(); }
+    static const BrowserTabBarBasePrivate *get(const BrowserTabBarBase *bar) { return bar->d_func(); }
+
     BrowserTabBarBasePrivate(const BrowserTabBarBasePrivate &) = delete;
     BrowserTabBarBasePrivate &operator=(const BrowserTabBarBasePrivate &) = delete;
 
@@ -208,6 +212,8 @@ public:
     bool IsTabKey(const QKeyEvent *event) const;
     /** Sends @p type about the tab button @p button to assistive technology. */
     static void NotifyTab(BrowserTabButtonBase *button, int type);
+    /** The bar's double-click policy (BrowserTabBarBase::IsDoubleCloseTab()), for its buttons. */
+    bool ClosesOnDoubleClick() const;
     /** The button of a new tab, made by the strip (CreateButton()) as the bar's own. */
     BrowserTabButtonBase *MakeButton(const TabDataPtr &tab, const QString &iconPath, bool loading);
 

@@ -31,12 +31,12 @@ void BrowserTabButtonBasePrivate::ChooseIconSource()
 
 bool BrowserTabButtonBasePrivate::BarClosesOnDoubleClick() const
 {
-    return bar && bar->IsDoubleCloseTab();
+    return bar && BrowserTabBarBasePrivate::get(bar)->ClosesOnDoubleClick();
 }
 
 QString BrowserTabButtonBasePrivate::BarPluginIconUrl(const QString &pluginCode) const
 {
-    return bar ? bar->d_func()->PluginIconUrl(pluginCode) : QString();
+    return bar ? BrowserTabBarBasePrivate::get(bar)->PluginIconUrl(pluginCode) : QString();
 }
 
 BrowserTabButtonBase::BrowserTabButtonBase(BrowserTabButtonBasePrivate &dd, TabDataPtr tabData,
@@ -49,7 +49,7 @@ BrowserTabButtonBase::BrowserTabButtonBase(BrowserTabButtonBasePrivate &dd, TabD
     d->q_ptr = this;
     d->loading = loading;
     d->bar = bar;
-    d->formDeferred = bar && bar->d_func()->makingButton;
+    d->formDeferred = bar && BrowserTabBarBasePrivate::get(bar)->makingButton;
     // Every operation reads the record; a button without one would be a trap.
     d->tabData = tabData ? std::move(tabData) : TabDataPtr(new TabData);
     d->iconPath = iconPath;
@@ -121,7 +121,7 @@ void BrowserTabButtonBase::SetChecked(bool checked)
     // Checked or unchecked from outside its bar (the bar itself calls the private
     // class): the bar can no longer tell which of its buttons are checked.
     if (d->bar && d->listed)
-        d->bar->d_func()->checkedKnown = false;
+        BrowserTabBarBasePrivate::get(d->bar)->checkedKnown = false;
 }
 
 bool BrowserTabButtonBase::IsChecked() const
@@ -195,12 +195,6 @@ QPoint BrowserTabButtonBase::LastPressGlobalPos() const
 {
     Q_D(const BrowserTabButtonBase);
     return d->lastPressGlobalPos;
-}
-
-void BrowserTabButtonBase::DetachFromBar()
-{
-    Q_D(BrowserTabButtonBase);
-    d->bar = nullptr;
 }
 
 void BrowserTabButtonBase::SlotCloseClicked()

@@ -116,9 +116,4 @@ protected:
 
 private:
     Q_DECLARE_PRIVATE(BrowserTabButtonBase)
-    friend class BrowserTabBarBase;
-    friend class BrowserTabBarBasePrivate;
-    friend class TabButtonAccessible;
-    // The bar is going away: from now on the button asks it nothing.
-    void DetachFromBar();
 };

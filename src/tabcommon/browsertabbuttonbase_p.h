@@ -21,6 +21,10 @@ public:
     BrowserTabButtonBasePrivate();
     virtual ~BrowserTabButtonBasePrivate();
 
+    /** The private state of @p button (not null). */
+    static BrowserTabButtonBasePrivate *get(BrowserTabButtonBase *button) { return button->d_func(); }
+    static const BrowserTabButtonBasePrivate *get(const BrowserTabButtonBase *button) { return button->d_func(); }
+
     BrowserTabButtonBasePrivate(const BrowserTabButtonBasePrivate &) = delete;
     BrowserTabButtonBasePrivate &operator=(const BrowserTabButtonBasePrivate &) = delete;
 

@@ -25,7 +25,7 @@ QList<QWidget *> TabBarAccessible::Children() const
     const BrowserTabBarBase *bar = Bar();
     for (int i = 0; i < bar->count(); ++i)
         children << bar->TabButton(i);
-    children << bar->d_func()->AccessibleControls();
+    children << BrowserTabBarBasePrivate::get(bar)->AccessibleControls();
     return children;
 }
 
@@ -33,7 +33,7 @@ QList<QWidget *> TabBarAccessible::Children() const
 // list directly rather than building the whole list per call.
 int TabBarAccessible::childCount() const
 {
-    return Bar()->count() + Bar()->d_func()->AccessibleControls().size();
+    return Bar()->count() + BrowserTabBarBasePrivate::get(Bar())->AccessibleControls().size();
 }
 
 QAccessibleInterface *TabBarAccessible::child(int index) const
@@ -43,7 +43,7 @@ QAccessibleInterface *TabBarAccessible::child(int index) const
         return nullptr;
     if (index < bar->count())
         return QAccessible::queryAccessibleInterface(bar->TabButton(index));
-    const QList<QWidget *> controls = bar->d_func()->AccessibleControls();
+    const QList<QWidget *> controls = BrowserTabBarBasePrivate::get(bar)->AccessibleControls();
     index -= bar->count();
     return index < controls.size() ? QAccessible::queryAccessibleInterface(controls.at(index)) : nullptr;
 }
@@ -55,11 +55,11 @@ int TabBarAccessible::indexOfChild(const QAccessibleInterface *child) const
     const BrowserTabBarBase *bar = Bar();
     auto *widget = static_cast<QWidget *>(child->object());
     if (auto *button = qobject_cast<BrowserTabButtonBase *>(widget)) {
-        const int index = bar->d_func()->buttons.indexOf(button);
+        const int index = BrowserTabBarBasePrivate::get(bar)->buttons.indexOf(button);
         if (index >= 0)
             return index;
     }
-    const int control = bar->d_func()->AccessibleControls().indexOf(widget);
+    const int control = BrowserTabBarBasePrivate::get(bar)->AccessibleControls().indexOf(widget);
     return control < 0 ? -1 : bar->count() + control;
 }
 
@@ -81,7 +81,7 @@ QAccessibleInterface *TabBarAccessible::focusChild() const
     const BrowserTabBarBase *bar = Bar();
     if (!bar->hasFocus())
         return nullptr;
-    BrowserTabButtonBase *button = bar->TabButton(bar->d_func()->FocusIndex());
+    BrowserTabButtonBase *button = bar->TabButton(BrowserTabBarBasePrivate::get(bar)->FocusIndex());
     return button ? QAccessible::queryAccessibleInterface(button) : nullptr;
 }
 

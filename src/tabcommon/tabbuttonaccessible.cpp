@@ -104,19 +104,19 @@ TabButtonAccessible::~TabButtonAccessible()
 
 bool TabButtonAccessible::CloseButtonWouldShow(const BrowserTabButtonBase *button)
 {
-    return button->d_func()->CloseButtonWouldShow();
+    return BrowserTabButtonBasePrivate::get(button)->CloseButtonWouldShow();
 }
 
 QRect TabButtonAccessible::CloseButtonPlace(const BrowserTabButtonBase *button)
 {
-    return button->d_func()->CloseButtonPlace();
+    return BrowserTabButtonBasePrivate::get(button)->CloseButtonPlace();
 }
 
 QAccessibleInterface *TabButtonAccessible::Close() const
 {
     BrowserTabButtonBase *button = Button();
     QWidget *close = CloseButton(button);
-    if (close || !button->d_func()->CloseButtonMadeLater()) {
+    if (close || !BrowserTabButtonBasePrivate::get(button)->CloseButtonMadeLater()) {
         // The widget is back (or never went): its own interface stands for it.
         if (m_standIn) {
             if (QAccessible::accessibleInterface(m_standIn))
@@ -200,7 +200,7 @@ QAccessible::State TabButtonAccessible::state() const
     st.focusable = true;
     st.selected = button->IsChecked();
     st.disabled = !button->isEnabled();
-    if (bar && bar->hasFocus() && bar->TabButton(bar->d_func()->FocusIndex()) == button)
+    if (bar && bar->hasFocus() && bar->TabButton(BrowserTabBarBasePrivate::get(bar)->FocusIndex()) == button)
         st.focused = true;
     if (!bar || !button->isVisibleTo(bar) || !bar->isVisible()) {
         st.invisible = true;
@@ -212,7 +212,7 @@ QAccessible::State TabButtonAccessible::state() const
         st.invisible = true;
         st.offscreen = true;
     } else if (visible.height() < button->height() ||
-               visible.width() < button->width() - bar->d_func()->TabOverlap()) {
+               visible.width() < button->width() - BrowserTabBarBasePrivate::get(bar)->TabOverlap()) {
         st.offscreen = true; // partly cut off
     }
     return st;
@@ -240,6 +240,6 @@ void TabButtonAccessible::doAction(const QString &actionName)
         Q_EMIT button->SigChangeClicked(button->GetTabData());
     } else if (actionName == QAccessibleActionInterface::setFocusAction()) {
         bar->setFocus(Qt::OtherFocusReason);
-        bar->d_func()->SetFocusIndex(bar->GetIndexByTabData(button->GetTabData()));
+        BrowserTabBarBasePrivate::get(bar)->SetFocusIndex(bar->GetIndexByTabData(button->GetTabData()));
     }
 }
