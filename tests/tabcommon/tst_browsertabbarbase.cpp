@@ -5,6 +5,8 @@
 #include "bothbars.h"
 #include "keltabtest.h"
 
+#include "browsertabbutton.h"
+#include "browsertabbuttonex.h"
 #include "dpitool.h"
 #include "keltabstyle.h"
 
@@ -46,6 +48,8 @@ private Q_SLOTS:
     void mirroredStripIsTheMirrorImage();
     void directionChangeKeepsEveryLogicalPlace_data();
     void directionChangeKeepsEveryLogicalPlace();
+    void onlyTheBarsOwnTabsWaitForTheirInnerWidgets_data();
+    void onlyTheBarsOwnTabsWaitForTheirInnerWidgets();
 
 private:
     std::unique_ptr<BrowserTabBarBase> MakeBar(Kind kind, int tabs);
@@ -446,6 +450,36 @@ void TstBrowserTabBarBase::directionChangeKeepsEveryLogicalPlace()
     QCOMPARE(after.size(), before.size());
     for (auto it = before.cbegin(); it != before.cend(); ++it)
         QVERIFY2(after.value(it.key()) == it.value(), qPrintable(it.key()->objectName()));
+}
+
+void TstBrowserTabBarBase::onlyTheBarsOwnTabsWaitForTheirInnerWidgets_data()
+{
+    BothBars::AddRowPerBar("60 tabs");
+}
+
+// A tab the bar makes gets its icon, title and close button once it comes into view,
+// so a tab past the strip's end is a single widget; a button a host makes, also for
+// the same bar, has them from the start, since the host may reach for them at once.
+void TstBrowserTabBarBase::onlyTheBarsOwnTabsWaitForTheirInnerWidgets()
+{
+    QFETCH(Kind, bar);
+    std::unique_ptr<BrowserTabBarBase> strip = MakeBar(bar, 60);
+    strip->setCurrentIndex(0);
+    QVERIFY(!strip->TabButton(0)->findChildren<QWidget *>().isEmpty());
+    BrowserTabButtonBase *far = strip->TabButton(strip->count() - 1);
+    QVERIFY(far);
+    QVERIFY(far->x() >= strip->width());
+    QCOMPARE(far->findChildren<QWidget *>().size(), 0);
+
+    std::unique_ptr<BrowserTabButtonBase> hosts;
+    if (bar == Kind::Classic)
+        hosts.reset(new BrowserTabButton(KelTest::WebTab(QStringLiteral("host")), QString(), false,
+                                         static_cast<BrowserTabBar *>(strip.get())));
+    else
+        hosts.reset(new BrowserTabButtonEx(KelTest::WebTab(QStringLiteral("host")), QString(), false,
+                                           static_cast<BrowserTabBarEx *>(strip.get())));
+    QVERIFY(!hosts->findChildren<QWidget *>().isEmpty());
+    QCOMPARE(strip->count(), 60);
 }
 
 KELTAB_TEST_MAIN(TstBrowserTabBarBase)
