@@ -1015,6 +1015,29 @@ void BrowserTabBarExPrivate::StartArrowTimer()
     arrowTimer->start();
 }
 
+void BrowserTabBarExPrivate::ScrollByArrow(Towards end, ArrowUse use)
+{
+    if (end == Towards::Start ? !CanScrollTowardsStart() : !CanScrollTowardsEnd())
+        return;
+    const int step = ScrollStep();
+    switch (use) {
+    case ArrowUse::Click:
+        if (arrowTimer->isActive())
+            return;
+        // The strip moves right (offsets grow) to show what lies towards its start.
+        animationTarget = scrollOffset + (end == Towards::Start ? step : -step);
+        animationStep = step / 10;
+        break;
+    case ArrowUse::DoubleClick:
+    case ArrowUse::Press:
+        arrowTimer->stop();
+        animationTarget = end == Towards::Start ? 0 : MinOffset();
+        animationStep = step / (use == ArrowUse::DoubleClick ? 2 : 5);
+        break;
+    }
+    StartArrowTimer();
+}
+
 void BrowserTabBarEx::SlotArrowTimeout()
 {
     Q_D(BrowserTabBarEx);
@@ -1047,69 +1070,37 @@ void BrowserTabBarEx::SlotArrowTimeout()
 void BrowserTabBarEx::SlotLeftArrowClicked()
 {
     Q_D(BrowserTabBarEx);
-    if (!d->CanScrollTowardsStart())
-        return;
-    if (d->arrowTimer->isActive())
-        return;
-    d->animationTarget = d->scrollOffset + d->ScrollStep();
-    d->animationStep = d->ScrollStep() / 10;
-    d->StartArrowTimer();
+    d->ScrollByArrow(BrowserTabBarExPrivate::Towards::Start, BrowserTabBarExPrivate::ArrowUse::Click);
 }
 
 void BrowserTabBarEx::SlotRightArrowClicked()
 {
     Q_D(BrowserTabBarEx);
-    if (!d->CanScrollTowardsEnd())
-        return;
-    if (d->arrowTimer->isActive())
-        return;
-    d->animationTarget = d->scrollOffset - d->ScrollStep();
-    d->animationStep = d->ScrollStep() / 10;
-    d->StartArrowTimer();
+    d->ScrollByArrow(BrowserTabBarExPrivate::Towards::End, BrowserTabBarExPrivate::ArrowUse::Click);
 }
 
 void BrowserTabBarEx::SlotLeftArrowDoubleClicked()
 {
     Q_D(BrowserTabBarEx);
-    if (!d->CanScrollTowardsStart())
-        return;
-    d->arrowTimer->stop();
-    d->animationTarget = 0;
-    d->animationStep = d->ScrollStep() / 2;
-    d->StartArrowTimer();
+    d->ScrollByArrow(BrowserTabBarExPrivate::Towards::Start, BrowserTabBarExPrivate::ArrowUse::DoubleClick);
 }
 
 void BrowserTabBarEx::SlotRightArrowDoubleClicked()
 {
     Q_D(BrowserTabBarEx);
-    if (!d->CanScrollTowardsEnd())
-        return;
-    d->arrowTimer->stop();
-    d->animationTarget = d->MinOffset();
-    d->animationStep = d->ScrollStep() / 2;
-    d->StartArrowTimer();
+    d->ScrollByArrow(BrowserTabBarExPrivate::Towards::End, BrowserTabBarExPrivate::ArrowUse::DoubleClick);
 }
 
 void BrowserTabBarEx::SlotLeftArrowPressed()
 {
     Q_D(BrowserTabBarEx);
-    if (!d->CanScrollTowardsStart())
-        return;
-    d->arrowTimer->stop();
-    d->animationTarget = 0;
-    d->animationStep = d->ScrollStep() / 5;
-    d->StartArrowTimer();
+    d->ScrollByArrow(BrowserTabBarExPrivate::Towards::Start, BrowserTabBarExPrivate::ArrowUse::Press);
 }
 
 void BrowserTabBarEx::SlotRightArrowPressed()
 {
     Q_D(BrowserTabBarEx);
-    if (!d->CanScrollTowardsEnd())
-        return;
-    d->arrowTimer->stop();
-    d->animationTarget = d->MinOffset();
-    d->animationStep = d->ScrollStep() / 5;
-    d->StartArrowTimer();
+    d->ScrollByArrow(BrowserTabBarExPrivate::Towards::End, BrowserTabBarExPrivate::ArrowUse::Press);
 }
 
 void BrowserTabBarEx::SlotLeftArrowReleased()

@@ -153,6 +153,16 @@ public:
     void StartArrowTimer();
     bool CanScrollTowardsStart() const;
     bool CanScrollTowardsEnd() const;
+    /** Which end of the strip an arrow scrolls towards. */
+    enum class Towards { Start, End };
+    /** What the user did to an arrow. */
+    enum class ArrowUse { Click, DoubleClick, Press };
+    /**
+     * Animates the strip towards @p end as @p use asks: a click scrolls one step (and
+     * is ignored while a step is still animating), a double click or a held press runs
+     * to the end, the double click faster.
+     */
+    void ScrollByArrow(Towards end, ArrowUse use);
     void UpdateArrowState();
 
     // Dragging.
