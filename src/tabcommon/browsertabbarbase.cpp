@@ -63,6 +63,12 @@ int BrowserTabBarBasePrivate::Scaled(int designPixels) const
 
 void BrowserTabBarBasePrivate::DirectionChanged()
 {
+    // A tab held through the change keeps its place in the strip, mirrored with the
+    // rest, and follows the pointer from there. The pointer's logical x has changed
+    // sign while the tab's has not: the offset between them is counted anew, or the
+    // next move would throw the tab to the mirror image of where it should be.
+    if (pressedButton && moveProxy)
+        pressOffset.rx() -= 2 * LogicalX(moveProxy->LastGlobalPos());
     UpdateFocusRing();
 }
 

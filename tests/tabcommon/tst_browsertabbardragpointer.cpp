@@ -39,6 +39,8 @@ private Q_SLOTS:
     void escapeDuringDragPutsTheTabBack();
     void dropDuringEdgeScrollLeavesTheTabInView();
     void draggedTabPassesUnderFixedTabs();
+    void directionChangeDuringDragKeepsTheHeldTabInStep_data();
+    void directionChangeDuringDragKeepsTheHeldTabInStep();
 
 private:
     std::unique_ptr<KelTest::XInput> m_input;
@@ -48,6 +50,8 @@ private:
     void Show(BrowserTabBarBase *bar, int width, int tabs);
     QPoint Centre(int index) const { return m_bar->mapToGlobal(m_bar->tabRect(index).center()); }
     QList<bool> Pressed() const;
+    // Where @p button starts, counted from the bar's start edge.
+    int LogicalLeft(const QWidget *button) const;
 };
 
 void TstBrowserTabBarDragPointer::initTestCase()
@@ -89,6 +93,12 @@ QList<bool> TstBrowserTabBarDragPointer::Pressed() const
     for (int i = 0; i < m_bar->count(); ++i)
         pressed << m_bar->TabButton(i)->IsPressed();
     return pressed;
+}
+
+int TstBrowserTabBarDragPointer::LogicalLeft(const QWidget *button) const
+{
+    const int x = button->mapTo(m_bar, QPoint()).x();
+    return m_bar->isRightToLeft() ? m_bar->width() - x - button->width() : x;
 }
 
 void TstBrowserTabBarDragPointer::escapeDuringDragPutsTheTabBack_data()
@@ -193,6 +203,46 @@ void TstBrowserTabBarDragPointer::draggedTabPassesUnderFixedTabs()
     // Fixed tabs stay first.
     QCOMPARE(m_bar->GetTabData(0)->GetTitle(), QStringLiteral("t0"));
     QCOMPARE(m_bar->GetTabData(1)->GetTitle(), QStringLiteral("t1"));
+}
+
+void TstBrowserTabBarDragPointer::directionChangeDuringDragKeepsTheHeldTabInStep_data()
+{
+    BothBars::AddRowPerBar("tab 1 held");
+}
+
+// The host turns the strip round while a tab is held: the tab keeps its place in the
+// strip (mirrored with the rest) and goes on following the hand from there, step for
+// step, instead of leaping to the mirror image of where the hand would put it.
+void TstBrowserTabBarDragPointer::directionChangeDuringDragKeepsTheHeldTabInStep()
+{
+    QFETCH(Kind, bar);
+    Show(BothBars::Make(bar), 900, 5);
+    BrowserTabButtonBase *held = m_bar->TabButton(1);
+    const int start = LogicalLeft(held);
+
+    m_input->MoveTo(Centre(1));
+    QTRY_VERIFY(m_bar->TabButton(1)->IsHovered());
+    m_input->Button(1, true);
+    QTRY_COMPARE(m_bar->currentIndex(), 1);
+    const QPoint grabbed = Centre(1) + QPoint(KelTest::Forward(m_bar, 30), 0);
+    m_input->GlideTo(Centre(1), grabbed, 6);
+    // Every motion delivered: the tab has gone as far as the hand.
+    QTRY_COMPARE(LogicalLeft(held), start + 30);
+    const int before = LogicalLeft(held);
+
+    const Qt::LayoutDirection turned = m_bar->isRightToLeft() ? Qt::LeftToRight : Qt::RightToLeft;
+    m_bar->setLayoutDirection(turned);
+    QCOMPARE(LogicalLeft(held), before);
+    QVERIFY(held->IsPressed());
+
+    // Twenty pixels on, forwards in the new direction: the tab goes twenty on.
+    m_input->GlideTo(grabbed, grabbed + QPoint(KelTest::Forward(m_bar, 20), 0), 4);
+    QTRY_COMPARE(LogicalLeft(held), before + 20);
+    m_input->Button(1, false);
+    QTRY_COMPARE(Pressed(), QList<bool>({false, false, false, false, false}));
+    // Dropped into a slot: every tab in order from the new start edge.
+    for (int i = 1; i < m_bar->count(); ++i)
+        QTRY_VERIFY(LogicalLeft(m_bar->TabButton(i - 1)) < LogicalLeft(m_bar->TabButton(i)));
 }
 
 KELTAB_TEST_MAIN(TstBrowserTabBarDragPointer)
