@@ -24,7 +24,6 @@ public:
 
     /** The private state of @p bar (not null). */
     static BrowserTabBarPrivate *get(BrowserTabBar *bar) { return bar->d_func(); }
-    static const BrowserTabBarPrivate *get(const BrowserTabBar *bar) { return bar->d_func(); }
 
     void Init();
 

@@ -23,7 +23,6 @@ public:
 
     /** The private state of @p button (not null). */
     static BrowserTabButtonPrivate *get(BrowserTabButton *button) { return button->d_func(); }
-    static const BrowserTabButtonPrivate *get(const BrowserTabButton *button) { return button->d_func(); }
 
     // The form; every widget is a child of the button. The home-page frame and the
     // loading animation are made at their first use (HomePage(), LoadingLabel()).

@@ -1024,7 +1024,7 @@ void BrowserTabBarExPrivate::ScrollByArrow(Towards end, ArrowUse use)
     case ArrowUse::Click:
         if (arrowTimer->isActive())
             return;
-        // The strip moves right (offsets grow) to show what lies towards its start.
+        // Offsets grow as the strip shows more of what lies towards its start.
         animationTarget = scrollOffset + (end == Towards::Start ? step : -step);
         animationStep = step / 10;
         break;

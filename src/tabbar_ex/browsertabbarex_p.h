@@ -26,7 +26,6 @@ public:
 
     /** The private state of @p bar (not null). */
     static BrowserTabBarExPrivate *get(BrowserTabBarEx *bar) { return bar->d_func(); }
-    static const BrowserTabBarExPrivate *get(const BrowserTabBarEx *bar) { return bar->d_func(); }
 
     void Init();
 

@@ -26,7 +26,6 @@ public:
 
     /** The private state of @p button (not null). */
     static BrowserTabButtonExPrivate *get(BrowserTabButtonEx *button) { return button->d_func(); }
-    static const BrowserTabButtonExPrivate *get(const BrowserTabButtonEx *button) { return button->d_func(); }
 
     /** The button's inner widgets, all owned through Qt parenthood (the content frame is their parent). */
     struct Form
