@@ -227,7 +227,14 @@ void BrowserTabBarPrivate::AdjustForDpi()
         Button(i)->UpdateLayout();
         Button(i)->UpdateCloseButton();
     }
-    SetContentWidth();
+    // ResizeButtons places nothing in an empty strip; the new-tab button has a new
+    // size all the same, and goes after the strip, which squeezes nothing at the new
+    // scale.
+    if (buttons.isEmpty()) {
+        buttonWidth = q->MaxButtonWidth();
+        extraPixels = 0;
+        SetContentWidth();
+    }
     q->update();
 }
 

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void resizeFitsAgainAndEndsFrozenWidths();
     void relayoutTimerIsAChildSingleShot();
     void scaleChangeLaysOutAgain();
+    void emptiedStripKeepsItsLastLayoutUntilTheScaleChanges();
 
 private:
     std::unique_ptr<Environment> m_env;
@@ -340,6 +341,32 @@ void TstBrowserTabBarLayout::scaleChangeLaysOutAgain()
     QCOMPARE(bar->GetButtonBg(246, true, false)->height(), 48);
 }
 
+// An emptied strip lays nothing out: the new-tab button stays where the last layout
+// put it, through a resize too, until a change of scale gives it a new size and with
+// it a new place, after the empty strip.
+void TstBrowserTabBarLayout::emptiedStripKeepsItsLastLayoutUntilTheScaleChanges()
+{
+    auto bar = MakeBar(800, 6);
+    QVERIFY(bar->ButtonWidth() < 164);
+    QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), 800 - 28);
+    while (bar->count() > 1)
+        bar->removeTab(0);
+    QCOMPARE(bar->ButtonWidth(), 164);
+    QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), 164 - 2 + 4);
+
+    bar->removeTab(0);
+    QCOMPARE(bar->count(), 0);
+    bar->resize(1000, bar->height());
+    QCOMPARE(Content(bar.get())->width(), 164 - 2);
+    QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), 164 - 2 + 4);
+
+    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
+        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
+    DpiTool::SetScaleFactor(1.5);
+    QCOMPARE(Content(bar.get())->width(), 0);
+    QCOMPARE(NewTabButton(bar.get())->size(), QSize(42, 42));
+    QCOMPARE(KelTest::LogicalPos(NewTabButton(bar.get())), QPoint(6, 6 + (48 - 42) / 2));
+}
 
 KELTAB_TEST_MAIN(TstBrowserTabBarLayout)
 #include "tst_browsertabbarlayout.moc"
