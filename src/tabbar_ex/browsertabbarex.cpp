@@ -372,86 +372,119 @@ void BrowserTabBarExPrivate::ResizeButtons()
     if (buttons.isEmpty())
         return;
 
-    const int fixedCount = FixedCount();
     const int fixedTotal = q->FixedTabTotalWidth();
     const int available = q->width() - S(kRightMargin) - fixedTotal;
     ComputeButtonWidth(available);
+    LayOutFixedButtons(fixedTotal);
 
-    const int height = q->ButtonHeight();
-    const int top = q->ButtonTop();
-    const int count = buttons.size();
-    // A bar without fixed tabs has nothing to divide the fixed width among.
-    if (fixedCount > 0) {
-        const int fixedWidth = fixedTotal / fixedCount;
-        for (int i = 0; i < fixedCount && i < count; ++i) {
-            BrowserTabButtonBase *button = buttons.at(i);
-            TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(button, QSize(fixedWidth, height)));
-            TabWorkCounter::CountGeometry(TabGeometry::Move(button, QPoint(i * fixedWidth, top)));
-        }
+    const Range range = RangeToLayOut();
+    int start = 0;
+    if (range.from > FixedCount()) {
+        const BrowserTabButtonBase *before = buttons.at(range.from - 1);
+        start = TabGeometry::X(before) + before->width();
     }
-
-    // The tabs before `from` have the widths and places this layout would give them:
-    // the widths are those of the last layout, and nothing before `from` has moved.
-    // With the widths unchanged, only new tabs and those whose width goes with being
-    // current need sizing; the others at most move.
-    int from = fixedCount;
-    const bool sameWidths = placed.buttonWidth == buttonWidth && placed.currentWidth == currentButtonWidth &&
-                            placed.height == height && placed.top == top;
-    const bool incremental = sameWidths && IsOrdered();
-    // After `until`, the first tab found in its place has every later one in its place.
-    int until = INT_MAX;
-    if (incremental) {
-        from = qMax(from, placeFrom);
-        until = placeTo;
-        if (currentButtonWidth != buttonWidth && placed.current != currentIndex) {
-            from = qMax(fixedCount, qMin(from, qMin(placed.current, currentIndex)));
-            until = INT_MAX;
-        }
-    }
-    from = qMin(from, count);
-    const auto widthAt = [&](int i) { return i == currentIndex ? currentButtonWidth : buttonWidth; };
-    const auto sizeAt = [&](int i) {
-        TabWorkCounter::Add(TabWorkCounter::TabVisit);
-        TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(buttons.at(i), QSize(widthAt(i), height)));
-    };
-    int total = 0;
-    if (from > fixedCount) {
-        const BrowserTabButtonBase *before = buttons.at(from - 1);
-        total = TabGeometry::X(before) + before->width();
-    }
-    const int start = total;
-    if (incremental) {
-        for (BrowserTabButtonBase *button : qAsConst(unsized)) {
-            const int i = button && IsListedButton(button) ? buttons.indexOf(button, from) : -1;
-            if (i >= 0)
-                sizeAt(i);
-        }
-        if (currentButtonWidth != buttonWidth) {
-            for (int i : {placed.current, currentIndex}) {
-                if (i >= from && i < count)
-                    sizeAt(i);
-            }
-        }
-        total += (count - from) * buttonWidth;
-        if (currentIndex >= from && currentIndex < count)
-            total += currentButtonWidth - buttonWidth;
-    } else {
-        for (int i = from; i < count; ++i) {
-            sizeAt(i);
-            total += widthAt(i);
-        }
-    }
-    unsized.clear();
+    const int total = start + SizeScrollingButtons(range);
     if (total > available)
         overflow = true;
     // The strip is never narrower than the viewport (SetContentWidth() would widen it
     // again): set at its final width at once, since each resize repaints every tab.
     TabGeometry::SetFixedSize(contentStrip, QSize(qMax(total, ViewportWidth(fixedTotal)), q->height()));
     // Placed once the strip has its width: right to left, places count from its end.
+    PlaceScrollingButtonsFrom(range, start);
+    placed = {buttonWidth, currentButtonWidth, q->ButtonHeight(), q->ButtonTop(), currentIndex};
+    placeFrom = buttons.size();
+    placeTo = -1;
+
+    SetContentWidth();
+    ResetSeparator();
+    UpdateButtonForms();
+}
+
+void BrowserTabBarExPrivate::LayOutFixedButtons(int fixedTotal)
+{
+    Q_Q(BrowserTabBarEx);
+    const int fixedCount = FixedCount();
+    // A bar without fixed tabs has nothing to divide the fixed width among.
+    if (fixedCount == 0)
+        return;
+    const int fixedWidth = fixedTotal / fixedCount;
+    const int height = q->ButtonHeight();
+    const int top = q->ButtonTop();
+    for (int i = 0; i < fixedCount && i < buttons.size(); ++i) {
+        BrowserTabButtonBase *button = buttons.at(i);
+        TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(button, QSize(fixedWidth, height)));
+        TabWorkCounter::CountGeometry(TabGeometry::Move(button, QPoint(i * fixedWidth, top)));
+    }
+}
+
+BrowserTabBarExPrivate::Range BrowserTabBarExPrivate::RangeToLayOut() const
+{
+    Q_Q(const BrowserTabBarEx);
+    const int fixedCount = FixedCount();
+    Range range;
+    range.from = fixedCount;
+    // The tabs before `from` have the widths and places this layout would give them:
+    // the widths are those of the last layout, and nothing before `from` has moved.
+    // With the widths unchanged, only new tabs and those whose width goes with being
+    // current need sizing; the others at most move.
+    const bool sameWidths = placed.buttonWidth == buttonWidth && placed.currentWidth == currentButtonWidth &&
+                            placed.height == q->ButtonHeight() && placed.top == q->ButtonTop();
+    range.incremental = sameWidths && IsOrdered();
+    if (range.incremental) {
+        range.from = qMax(range.from, placeFrom);
+        range.until = placeTo;
+        if (currentButtonWidth != buttonWidth && placed.current != currentIndex) {
+            range.from = qMax(fixedCount, qMin(range.from, qMin(placed.current, currentIndex)));
+            range.until = INT_MAX;
+        }
+    }
+    range.from = qMin(range.from, int(buttons.size()));
+    return range;
+}
+
+int BrowserTabBarExPrivate::SizeScrollingButtons(const Range &range)
+{
+    Q_Q(BrowserTabBarEx);
+    const int height = q->ButtonHeight();
+    const int count = buttons.size();
+    const auto widthAt = [&](int i) { return i == currentIndex ? currentButtonWidth : buttonWidth; };
+    const auto sizeAt = [&](int i) {
+        TabWorkCounter::Add(TabWorkCounter::TabVisit);
+        TabWorkCounter::CountGeometry(TabGeometry::SetFixedSize(buttons.at(i), QSize(widthAt(i), height)));
+    };
+    int total = 0;
+    if (range.incremental) {
+        for (BrowserTabButtonBase *button : qAsConst(unsized)) {
+            const int i = button && IsListedButton(button) ? buttons.indexOf(button, range.from) : -1;
+            if (i >= 0)
+                sizeAt(i);
+        }
+        if (currentButtonWidth != buttonWidth) {
+            for (int i : {placed.current, currentIndex}) {
+                if (i >= range.from && i < count)
+                    sizeAt(i);
+            }
+        }
+        total = (count - range.from) * buttonWidth;
+        if (currentIndex >= range.from && currentIndex < count)
+            total += currentButtonWidth - buttonWidth;
+    } else {
+        for (int i = range.from; i < count; ++i) {
+            sizeAt(i);
+            total += widthAt(i);
+        }
+    }
+    unsized.clear();
+    return total;
+}
+
+void BrowserTabBarExPrivate::PlaceScrollingButtonsFrom(const Range &range, int x)
+{
+    Q_Q(BrowserTabBarEx);
+    const int top = q->ButtonTop();
     const bool mirrored = TabGeometry::Mirrored(contentStrip);
     const int stripWidth = contentStrip->width();
-    int x = start;
-    for (int i = from; i < count; ++i) {
+    for (int i = range.from; i < buttons.size(); ++i) {
         TabWorkCounter::Add(TabWorkCounter::TabVisit);
         BrowserTabButtonBase *button = buttons.at(i);
         if (dragging && button == pressedButton) {
@@ -464,17 +497,10 @@ void BrowserTabBarExPrivate::ResizeButtons()
         else
             moved = TabGeometry::Move(button, QPoint(x, top)); // a fixed tab the host moved along
         TabWorkCounter::CountGeometry(moved);
-        if (!moved && i > until)
+        if (!moved && i > range.until)
             break;
         x += button->width();
     }
-    placed = {buttonWidth, currentButtonWidth, height, top, currentIndex};
-    placeFrom = count;
-    placeTo = -1;
-
-    SetContentWidth();
-    ResetSeparator();
-    UpdateButtonForms();
 }
 
 void BrowserTabBarExPrivate::ListChanged(int from, int to)

@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QVector>
 
+#include <climits>
+
 
 class BrowserTabArrowEx;
 class BrowserTabButtonEx;
@@ -104,6 +106,20 @@ public:
     void ForgetLayout() override;
     void ComputeButtonWidth(int available);
     void ResizeButtons();
+    /** Sizes and places the fixed tabs, which share @p fixedTotal evenly. */
+    void LayOutFixedButtons(int fixedTotal);
+    /** The scrolling tabs a layout has to look at, from what changed since the last one. */
+    struct Range
+    {
+        int from = 0;             // the first tab to size or place; those before it stand as they should
+        int until = INT_MAX;      // after it, the first tab found in its place has every later one in its place
+        bool incremental = false; // the widths are the last layout's: only new and current tabs need sizing
+    };
+    Range RangeToLayOut() const;
+    /** Sizes the scrolling tabs @p range needs sized; returns the width of the tabs from range.from on. */
+    int SizeScrollingButtons(const Range &range);
+    /** Places the scrolling tabs from range.from on, the first at @p x; a held tab keeps its place. */
+    void PlaceScrollingButtonsFrom(const Range &range, int x);
     void ResetButtons();
     void PlaceScrollingButtons();
     /**
