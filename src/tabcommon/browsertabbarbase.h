@@ -34,6 +34,11 @@ class ITabManager;
  * and the bar's own close and icon policy. It calls InitMenu() once after
  * construction, and SetFirstIndex() with the lowest index a dragged tab may take.
  *
+ * A strip whose last tab is removed lays nothing out until a tab comes again: its
+ * frames and the new-tab button stay where the last layout put them, through resizes
+ * too. Only the classic strip's new-tab button, given a new size by a change of
+ * scale, goes after the empty strip then.
+ *
  * Indexes count from 0 at the left in display order; -1 means none. An index out of
  * range is ignored (or gives an empty result), except by setCurrentIndex(), which has
  * no lower bound. All sizes are design pixels at 96 dpi scaled for the screen by
