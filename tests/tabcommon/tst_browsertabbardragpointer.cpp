@@ -235,8 +235,10 @@ void TstBrowserTabBarDragPointer::directionChangeDuringDragKeepsTheHeldTabInStep
         QTRY_COMPARE(LogicalLeft(held), start + movedBefore);
     }
     const int before = LogicalLeft(held);
-    // The scrolling strip shows a tab as pressed only once it is dragged.
+    // The classic strip shows a tab as pressed from the press on, the scrolling strip
+    // only once it is dragged.
     const bool pressedLook = held->IsPressed();
+    QCOMPARE(pressedLook, bar == Kind::Classic || movedBefore > 0);
 
     const Qt::LayoutDirection turned = m_bar->isRightToLeft() ? Qt::LeftToRight : Qt::RightToLeft;
     m_bar->setLayoutDirection(turned);
