@@ -228,13 +228,9 @@ void BrowserTabBarPrivate::AdjustForDpi()
         Button(i)->UpdateCloseButton();
     }
     // ResizeButtons places nothing in an empty strip; the new-tab button has a new
-    // size all the same, and goes after the strip, which squeezes nothing at the new
-    // scale.
-    if (buttons.isEmpty()) {
-        buttonWidth = q->MaxButtonWidth();
-        extraPixels = 0;
+    // size all the same, and goes after the strip.
+    if (buttons.isEmpty())
         SetContentWidth();
-    }
     q->update();
 }
 
@@ -463,9 +459,11 @@ void BrowserTabBarPrivate::SetContentWidth(TabGeometry::Places places)
     framesWidth = q->width();
 
     const int y = q->ButtonMarginTop() + (q->ButtonHeight() - newTabButton->height()) / 2;
+    // An empty strip squeezes nothing, whatever width its last tabs had.
+    const bool squeezed = n > 0 && buttonWidth != q->MaxButtonWidth() && !closing;
     int x;
-    if (buttonWidth != q->MaxButtonWidth() && !closing)
-        x = q->width() - newTabWidth; // squeezed tabs: the button keeps to the right end
+    if (squeezed)
+        x = q->width() - newTabWidth; // the button keeps to the right end
     else
         x = TabGeometry::X(contentWidget) + contentWidget->width() + q->ButtonMarginRight();
     TabGeometry::Move(newTabButton, QPoint(x, y));

@@ -548,19 +548,10 @@ void BrowserTabBarExPrivate::ResetButtons()
 // empty as a gap.
 void BrowserTabBarExPrivate::PlaceScrollingButtons()
 {
-    Q_Q(BrowserTabBarEx);
     // The widths may not be the ones ResizeButtons() gives (closing mode, a drag).
     placeFrom = 0;
     placeTo = INT_MAX;
-    const int top = q->ButtonTop();
-    int x = 0;
-    for (int i = FixedCount(); i < buttons.size(); ++i) {
-        TabWorkCounter::Add(TabWorkCounter::TabVisit);
-        BrowserTabButtonBase *button = buttons.at(i);
-        if (!dragging || button != pressedButton)
-            TabWorkCounter::CountGeometry(TabGeometry::Move(button, QPoint(x, top)));
-        x += button->width();
-    }
+    PlaceScrollingButtonsFrom(Range{FixedCount()}, 0);
 }
 
 // ---------------------------------------------------------------------------

@@ -343,10 +343,14 @@ void TstBrowserTabBarLayout::scaleChangeLaysOutAgain()
 
 // An emptied strip lays nothing out: the new-tab button stays where the last layout
 // put it, through a resize too, until a change of scale gives it a new size and with
-// it a new place, after the empty strip.
+// it a new place, after the empty strip. A bar made without tabs has it there too.
 void TstBrowserTabBarLayout::emptiedStripKeepsItsLastLayoutUntilTheScaleChanges()
 {
-    auto bar = MakeBar(800, 6);
+    auto bar = MakeBar(800, 0);
+    QCOMPARE(Content(bar.get())->width(), 0);
+    QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), 4);
+    for (int i = 0; i < 6; ++i)
+        bar->addTab(MakeTab(QStringLiteral("t%1").arg(i)));
     QVERIFY(bar->ButtonWidth() < 164);
     QCOMPARE(KelTest::LogicalX(NewTabButton(bar.get())), 800 - 28);
     while (bar->count() > 1)
